@@ -10,7 +10,7 @@ Config::Config(const QString &documentDirectory, const QString &stateDirectory, 
 {
 }
 
-template<typename T> void Config::publish(T &field, const T &value, void (Config::*changed)())
+template <typename T> void Config::publish(T &field, const T &value, void (Config::*changed)())
 {
     if (field == value)
         return;

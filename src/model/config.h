@@ -7,15 +7,16 @@
 
 #include <functional>
 
-/// The one observable state of the program. Created once, outlives every view; views hold a reference and redraw
-/// from its signals. Setting an equal value is no change. Nothing here touches a file: settingsstore.h does.
+/// The one observable state of the program. Created once, outlives every view; views hold a reference and
+/// redraw from its signals. Setting an equal value is no change. Nothing here touches a file: settingsstore.h
+/// does.
 class Config : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `documentDirectory`: path of the user's documents folder. `stateDirectory`: path of the folder that takes
-    /// the safety copies (safetycopies.h); it need not exist.
+    /// `documentDirectory`: path of the user's documents folder. `stateDirectory`: path of the folder that
+    /// takes the safety copies (safetycopies.h); it need not exist.
     Config(const QString &documentDirectory, const QString &stateDirectory, QObject *parent = nullptr);
 
     const QString &currentTheme() const { return m_data.currentTheme; }
@@ -42,7 +43,8 @@ public:
 
     /// The first tile with that id; null when there is none. Valid until the next change.
     const TileItem *tile(const QUuid &id) const;
-    /// Applies `edit` to the first tile with that id, in place, as one change. False when there is no such tile.
+    /// Applies `edit` to the first tile with that id, in place, as one change. False when there is no such
+    /// tile.
     bool editTile(const QUuid &id, const std::function<void(TileItem &)> &edit);
 
 Q_SIGNALS:
@@ -59,7 +61,7 @@ Q_SIGNALS:
     void redrawNeeded();
 
 private:
-    template<typename T> void publish(T &field, const T &value, void (Config::*changed)());
+    template <typename T> void publish(T &field, const T &value, void (Config::*changed)());
     void scheduleRedraw();
 
     SettingsData m_data;

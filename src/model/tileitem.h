@@ -7,8 +7,8 @@
 #include <QString>
 #include <QUuid>
 
-/// One tile of the strip. Equal only when all eight fields are: the strip keeps a tile's view exactly as long as
-/// an equal value is in the list.
+/// One tile of the strip. Equal only when all eight fields are: the strip keeps a tile's view exactly as long
+/// as an equal value is in the list.
 struct TileItem
 {
     QUuid id = QUuid::createUuid();
@@ -16,7 +16,8 @@ struct TileItem
     QString tileName;
     QString tileDirectory; ///< file URL of the tile's own folder, kept as the text that was read
     bool showsScratchpad = false;
-    QString scratchpadText; ///< read and written back as it is; the notes themselves lie in a file of their own
+    QString
+        scratchpadText; ///< read and written back as it is; the notes themselves lie in a file of their own
     QList<TileMenuItem> tileMenuItems;
     bool tileMenuVisible = false; ///< the tile's popover is asked for; never stored
 

@@ -20,7 +20,10 @@ namespace {
 class Descriptor
 {
 public:
-    explicit Descriptor(int number) : m_number(number) { }
+    explicit Descriptor(int number)
+        : m_number(number)
+    {
+    }
     ~Descriptor()
     {
         if (m_number >= 0)
@@ -158,11 +161,13 @@ bool writeAtomically(const QString &path, QByteArrayView bytes, Error *error, un
 {
     QSaveFile file(path);
     Q_UNUSED(mode)
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes.data(), bytes.size()) == bytes.size() && file.commit())
+    if (file.open(QIODevice::WriteOnly) && file.write(bytes.data(), bytes.size()) == bytes.size()
+        && file.commit())
         return true;
     if (error) {
         *error = {QStringLiteral("File"), int(file.error()),
-                  QStringLiteral("The file “%1” could not be written: %2.").arg(displayName(path), file.errorString()),
+                  QStringLiteral("The file “%1” could not be written: %2.")
+                      .arg(displayName(path), file.errorString()),
                   path};
     }
     return false;

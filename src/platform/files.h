@@ -13,20 +13,22 @@ namespace platform {
 /// True when anything stands at the path, links followed; a dangling link counts as nothing.
 bool itemExists(const QString &path);
 
-/// The whole content of a regular file. Opened without blocking; anything but a regular file (a folder, a pipe, a
-/// device) is an error, as is one larger than `maxSize` bytes when that is not negative.
+/// The whole content of a regular file. Opened without blocking; anything but a regular file (a folder, a
+/// pipe, a device) is an error, as is one larger than `maxSize` bytes when that is not negative.
 std::optional<QByteArray> readWholeFile(const QString &path, Error *error, qint64 maxSize = -1);
 
-/// The text of UTF-8 bytes, a leading byte-order mark skipped; nothing when they are not valid UTF-8 (overlong
-/// forms, surrogates and values past U+10FFFF included). `error` then names the offset of the first bad byte.
+/// The text of UTF-8 bytes, a leading byte-order mark skipped; nothing when they are not valid UTF-8
+/// (overlong forms, surrogates and values past U+10FFFF included). `error` then names the offset of the first
+/// bad byte.
 std::optional<QString> decodeUtf8(QByteArrayView bytes, Error *error);
 
-/// Writes the file where it stands: open, truncate, write. A symbolic link stays one, nothing appears beside it.
+/// Writes the file where it stands: open, truncate, write. A symbolic link stays one, nothing appears beside
+/// it.
 bool writeInPlace(const QString &path, QByteArrayView bytes, Error *error);
 
-/// Writes a file of the same folder and moves it over the target, so that readers see the old or the new bytes,
-/// never a part. A symbolic link's target is replaced, not the link. An existing file keeps its permissions; a new
-/// one gets `mode` less the process's umask.
+/// Writes a file of the same folder and moves it over the target, so that readers see the old or the new
+/// bytes, never a part. A symbolic link's target is replaced, not the link. An existing file keeps its
+/// permissions; a new one gets `mode` less the process's umask.
 bool writeAtomically(const QString &path, QByteArrayView bytes, Error *error, unsigned mode = 0666);
 
 /// Makes the folder with its parents. True when it stands there afterwards.

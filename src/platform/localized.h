@@ -5,11 +5,12 @@
 
 namespace platform {
 
-/// The user's translation of a text, looked up by the English text itself; the text unchanged where there is none.
+/// The user's translation of a text, looked up by the English text itself; the text unchanged where there is
+/// none.
 QString localized(const char *key);
 
-/// As `localized`, for words that name files and folders on disk ("Tiles", "Notes"): never translated, since a
-/// name that changed with the language would lose what lies under the old one.
+/// As `localized`, for words that name files and folders on disk ("Tiles", "Notes"): never translated, since
+/// a name that changed with the language would lose what lies under the old one.
 QString localizedFileName(const char *key);
 
 } // namespace platform

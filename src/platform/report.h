@@ -5,8 +5,9 @@
 
 namespace platform {
 
-/// Writes one diagnostic line to standard output and flushes it. Line ends inside `line` become blanks, so that
-/// whoever reads the output can trust that one line is one report. Nothing else in the program writes there.
+/// Writes one diagnostic line to standard output and flushes it. Line ends inside `line` become blanks, so
+/// that whoever reads the output can trust that one line is one report. Nothing else in the program writes
+/// there.
 void report(const QString &line);
 
 } // namespace platform
