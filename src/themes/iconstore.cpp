@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "themes/iconstore.h"
+
+#include "model/config.h"
+#include "platform/error.h"
+#include "platform/report.h"
+#include "themes/imagefile.h"
+#include "themes/themestore.h"
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QPixmap>
+
+#include <cerrno>
+#include <memory>
+
+#include <dirent.h>
+
+namespace themes {
+
+namespace {
+
+/// The name without its extension when that is "png", by the rules of the platform that themes come from: the
+/// text after the last dot, when the dot neither begins nor ends the name and no blank follows it. Otherwise
+/// empty.
+QString iconNameOf(const QString &entry)
+{
+    const qsizetype dot = entry.lastIndexOf(QLatin1Char('.'));
+    return dot > 0 && entry.mid(dot) == QLatin1String(".png") ? entry.left(dot) : QString();
+}
+
+} // namespace
+
+QStringList currentThemeIconNames(const Config &config)
+{
+    const QString folder = iconsFolderURL(config, config.currentTheme());
+    // Not QDir: it sorts, and leaves out links that lead nowhere.
+    const std::unique_ptr<DIR, int (*)(DIR *)> list(::opendir(QFile::encodeName(folder).constData()),
+                                                    ::closedir);
+    if (!list) {
+        const QString deed =
+            QStringLiteral("The folder “%1” could not be listed").arg(folder.section(u'/', -1));
+        platform::report(platform::Error::fromErrno(deed, errno, folder).fullDescription());
+        return {};
+    }
+    QStringList names;
+    while (const dirent *entry = ::readdir(list.get())) {
+        const QString name = iconNameOf(QFile::decodeName(entry->d_name));
+        if (!name.isEmpty())
+            names += name;
+    }
+    return names;
+}
+
+QImage iconImage(const Config &config, const QString &name, qreal scale)
+{
+    const QString folder = name == QLatin1String("default") ? chromeFolderURL(config, config.currentTheme())
+                                                            : iconsFolderURL(config, config.currentTheme());
+    const QImage image = imageFromFile(folder + QLatin1Char('/') + name + QStringLiteral(".png"), scale);
+    return image.isNull() ? fallbackSymbol(QStringLiteral("questionmark.square"), scale) : image;
+}
+
+void applyAppIcon(const Config &config)
+{
+    constexpr QSize size(64, 64);
+    const QString name = config.appIcon();
+    QFile file(QStringLiteral(":/pondwicket/appicons/%1.png").arg(name));
+    QImage image;
+    if (!name.contains(QLatin1Char('/')) && file.open(QIODevice::ReadOnly))
+        image = svgImage(file.readAll(), densityFor(screenScale()), size);
+    if (image.isNull())
+        platform::report(QStringLiteral("Failed to load icon: ") + name);
+    else
+        QGuiApplication::setWindowIcon(QIcon(QPixmap::fromImage(image)));
+}
+
+} // namespace themes

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+#include "themes/themestore.h"
+
+#include "model/config.h"
+#include "platform/files.h"
+#include "platform/localized.h"
+#include "platform/report.h"
+#include "themes/imagecatalog.h"
+#include "themes/imagefile.h"
+#include "themes/symbolimage.h"
+
+#include <QBuffer>
+#include <QImageWriter>
+
+namespace themes {
+
+namespace {
+
+using platform::localizedFileName;
+
+QString themesFolder(const Config &config)
+{
+    return config.documentDirectory() + QStringLiteral("/pondWicket ƒ/") + localizedFileName("Themes");
+}
+
+bool makeFolder(const QString &path)
+{
+    platform::Error error;
+    if (platform::makeFolder(path, &error))
+        return true;
+    platform::report(error.description());
+    return false;
+}
+
+/// The picture as TIFF data at double density; empty when there is no such picture or it cannot be written
+/// so.
+QByteArray tiffOf(const QString &assetName)
+{
+    constexpr int density = 2;
+    constexpr int dotsPerMeter = 5669; // 144 per inch
+    QImage image = drawBuiltInImage(assetName, density);
+    if (image.isNull())
+        return QByteArray();
+    image.setDotsPerMeterX(dotsPerMeter);
+    image.setDotsPerMeterY(dotsPerMeter);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, QByteArrayLiteral("tiff"));
+    writer.setCompression(1); // LZW
+    return writer.write(image) ? bytes : QByteArray();
+}
+
+/// Writes the named pictures of a theme into a folder that must not stand there yet. False when one of them
+/// does not exist, which ends the whole installation.
+bool installPictures(const QString &folder, const QString &theme, const QStringList &names)
+{
+    if (platform::itemExists(folder) || !makeFolder(folder))
+        return true;
+    for (const QString &name : names) {
+        const QByteArray bytes = tiffOf(theme + QLatin1Char('-') + name);
+        if (bytes.isEmpty()) {
+            platform::report(QStringLiteral("Image not found."));
+            return false;
+        }
+        platform::Error error;
+        if (!platform::writeInPlace(folder + QLatin1Char('/') + name + QStringLiteral(".png"), bytes, &error))
+            platform::report(error.description());
+    }
+    return true;
+}
+
+/// The picture in a file of the current theme's element folder; null without one.
+QImage elementFile(const Config &config, const QString &fileName, qreal scale)
+{
+    return imageFromFile(chromeFolderURL(config, config.currentTheme()) + QLatin1Char('/') + fileName, scale);
+}
+
+} // namespace
+
+QString themeSubfolderURL(const Config &config, const QString &theme, const QString &subfolder)
+{
+    return themesFolder(config) + QLatin1Char('/') + theme + QLatin1Char('/') + subfolder;
+}
+
+QString chromeFolderURL(const Config &config, const QString &theme)
+{
+    return themeSubfolderURL(config, theme, localizedFileName("Chrome"));
+}
+
+QString iconsFolderURL(const Config &config, const QString &theme)
+{
+    return themeSubfolderURL(config, theme, localizedFileName("Icons"));
+}
+
+void installBuiltInThemes(const Config &config)
+{
+    const QString root = themesFolder(config);
+    if (platform::itemExists(root) || !makeFolder(root))
+        return;
+    for (const QString &theme : config.availableThemes()) {
+        const QString folder = root + QLatin1Char('/') + theme;
+        if (platform::itemExists(folder) || !makeFolder(folder))
+            continue;
+        if (!installPictures(chromeFolderURL(config, theme), theme, chromeElementNames())
+            || !installPictures(iconsFolderURL(config, theme), theme, builtInIconNames(theme)))
+            return;
+    }
+}
+
+QImage themedImage(const Config &config, const QString &assetName, const QString &fileName, qreal scale)
+{
+    const QImage image = elementFile(config, fileName, scale);
+    return image.isNull() ? builtInImage(assetName, scale) : image;
+}
+
+QImage fallbackSymbol(const QString &symbolName, qreal scale)
+{
+    constexpr int points = 24;
+    return symbolImage(symbolName, QColor(128, 128, 128), points, scale);
+}
+
+QImage themedSymbolImage(const Config &config, const QString &symbolName, const QString &fileName,
+                         qreal scale)
+{
+    const QImage image = elementFile(config, fileName, scale);
+    return image.isNull() ? fallbackSymbol(symbolName, scale) : image;
+}
+
+QImage tabLeadingImage(const Config &config, qreal scale)
+{
+    return themedImage(config, QStringLiteral("2024-tab-leading"), QStringLiteral("tab-leading.png"), scale);
+}
+
+QImage tabTrailingImage(const Config &config, qreal scale)
+{
+    return themedImage(config, QStringLiteral("2024-tab-trailing"), QStringLiteral("tab-trailing.png"),
+                       scale);
+}
+
+QImage tileImage(const Config &config, qreal scale)
+{
+    return themedImage(config, QStringLiteral("2024-tile"), QStringLiteral("tile.png"), scale);
+}
+
+QImage tabLeadingVerticalImage(const Config &config, qreal scale)
+{
+    return themedImage(config, QStringLiteral("2024-tab-leading-vertical"),
+                       QStringLiteral("tab-leading-vertical.png"), scale);
+}
+
+QImage tabTrailingVerticalImage(const Config &config, qreal scale)
+{
+    return themedImage(config, QStringLiteral("2024-tab-trailing-vertical"),
+                       QStringLiteral("tab-trailing-vertical.png"), scale);
+}
+
+QImage tileVerticalImage(const Config &config, qreal scale)
+{
+    return themedImage(config, QStringLiteral("2024-tile-vertical"), QStringLiteral("tile-vertical.png"),
+                       scale);
+}
+
+QImage closeImage(const Config &config, qreal scale)
+{
+    return themedImage(config, QStringLiteral("2024-close"), QStringLiteral("close.png"), scale);
+}
+
+QImage minimizeImage(const Config &config, qreal scale)
+{
+    return themedImage(config, QStringLiteral("2024-minimize"), QStringLiteral("minimize.png"), scale);
+}
+
+QImage calendarImage(const Config &config, qreal scale)
+{
+    return themedSymbolImage(config, QStringLiteral("calendar"), QStringLiteral("calendar.png"), scale);
+}
+
+QImage homeImage(const Config &config, qreal scale)
+{
+    return themedSymbolImage(config, QStringLiteral("switch.2"), QStringLiteral("home.png"), scale);
+}
+
+} // namespace themes
