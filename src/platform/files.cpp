@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files.h"
 
-#include <QDir>
 #include <QFile>
-#include <QSaveFile>
+#include <QRandomGenerator>
 #include <QStringDecoder>
 
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -16,61 +16,92 @@ namespace platform {
 
 namespace {
 
-/// Closes the descriptor at the end of the scope.
+/// A file that is closed at the end of the scope.
 class Descriptor
 {
 public:
-    explicit Descriptor(int number)
-        : m_number(number)
+    /// Never waits for the other end of a pipe, never becomes anyone's terminal.
+    Descriptor(const QString &path, int flags, unsigned mode = 0)
     {
+        const QByteArray name = QFile::encodeName(path);
+        do {
+            m_number = ::open(name.constData(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode);
+        } while (m_number < 0 && errno == EINTR);
     }
-    ~Descriptor()
-    {
-        if (m_number >= 0)
-            ::close(m_number);
-    }
+    ~Descriptor() { close(); }
     Q_DISABLE_COPY_MOVE(Descriptor)
+
     int number() const { return m_number; }
 
+    /// False when what was written turns out not to have arrived.
+    bool close() { return m_number < 0 || ::close(std::exchange(m_number, -1)) == 0; }
+
+    /// Fills `status`. Fails for anything but a regular file, with an errno that says so.
+    bool isRegularFile(struct stat *status) const
+    {
+        if (m_number < 0 || ::fstat(m_number, status) != 0)
+            return false;
+        if (!S_ISREG(status->st_mode))
+            errno = S_ISDIR(status->st_mode) ? EISDIR : EINVAL;
+        return S_ISREG(status->st_mode);
+    }
+
+    /// How many bytes came, 0 at the end, -1 on failure.
+    ssize_t read(char *buffer, qsizetype size) const
+    {
+        ssize_t got;
+        do {
+            got = ::read(m_number, buffer, size_t(size));
+        } while (got < 0 && errno == EINTR);
+        return got;
+    }
+
+    bool write(QByteArrayView bytes) const
+    {
+        while (!bytes.isEmpty()) {
+            const ssize_t written = ::write(m_number, bytes.data(), size_t(bytes.size()));
+            if (written < 0 && errno == EINTR)
+                continue;
+            if (written < 0)
+                return false;
+            bytes = bytes.sliced(written);
+        }
+        return true;
+    }
+
 private:
-    int m_number;
+    int m_number = -1;
 };
 
-int openRetrying(const QString &path, int flags, unsigned mode = 0)
+/// Fills `error` from errno. False, for the caller to return.
+bool fail(Error *error, const QString &deed, const QString &path)
 {
-    const QByteArray name = QFile::encodeName(path);
-    int number;
-    do {
-        number = ::open(name.constData(), flags | O_CLOEXEC, mode);
-    } while (number < 0 && errno == EINTR);
-    return number;
-}
-
-bool fail(Error *error, const QString &what, const QString &path, int number)
-{
+    const int number = errno;
     if (error)
-        *error = Error::fromErrno(what.arg(displayName(path)), number, path);
+        *error = Error::fromErrno(deed.arg(displayName(path)), number, path);
     return false;
 }
 
-bool writeAll(int descriptor, QByteArrayView bytes)
+/// Where writing to the path would end: links followed, the last of them also when it leads to nothing yet.
+QString followLinks(QString path)
 {
-    while (!bytes.isEmpty()) {
-        const ssize_t written = ::write(descriptor, bytes.data(), size_t(bytes.size()));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written < 0)
-            return false;
-        bytes = bytes.sliced(written);
+    constexpr int maxLinks = 40; // as many as the kernel follows
+    for (int i = 0; i < maxLinks; ++i) {
+        char target[PATH_MAX];
+        const ssize_t length = ::readlink(QFile::encodeName(path).constData(), target, sizeof target);
+        if (length <= 0)
+            break;
+        const QString next = QFile::decodeName(QByteArray(target, length));
+        path = next.startsWith(u'/') ? next : path.first(path.lastIndexOf(u'/') + 1) + next;
     }
-    return true;
+    return path;
 }
 
 } // namespace
 
 QString displayName(const QString &path)
 {
-    return path.section(QLatin1Char('/'), -1, -1, QString::SectionSkipEmpty);
+    return path.section(u'/', -1, -1, QString::SectionSkipEmpty);
 }
 
 bool itemExists(const QString &path)
@@ -81,55 +112,31 @@ bool itemExists(const QString &path)
 
 std::optional<QByteArray> readWholeFile(const QString &path, Error *error, qint64 maxSize)
 {
-    const QString what = QStringLiteral("The file “%1” could not be read");
-    const Descriptor file(openRetrying(path, O_RDONLY | O_NONBLOCK | O_NOCTTY));
+    const auto failed = [&] {
+        fail(error, QStringLiteral("The file “%1” could not be read"), path);
+        return std::nullopt;
+    };
+    const Descriptor file(path, O_RDONLY);
     struct stat status;
-    if (file.number() < 0 || ::fstat(file.number(), &status) != 0) {
-        fail(error, what, path, errno);
-        return std::nullopt;
-    }
-    if (!S_ISREG(status.st_mode)) {
-        fail(error, what, path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
-        return std::nullopt;
-    }
-    if (maxSize >= 0 && status.st_size > maxSize) {
-        fail(error, what, path, EFBIG);
-        return std::nullopt;
-    }
-    QByteArray bytes(status.st_size, Qt::Uninitialized);
+    if (!file.isRegularFile(&status))
+        return failed();
+    // One byte more than it says: files of the kernel's own say 0, and a file may grow while it is read.
+    QByteArray bytes;
     qsizetype length = 0;
+    qsizetype room = status.st_size + 1;
     while (true) {
-        if (length == bytes.size()) {
-            // Files of the kernel's own say size 0, and a file may grow while it is read.
-            if (maxSize >= 0 && length > maxSize) {
-                fail(error, what, path, EFBIG);
-                return std::nullopt;
-            }
-            char extra;
-            const ssize_t more = ::read(file.number(), &extra, 1);
-            if (more < 0 && errno == EINTR)
-                continue;
-            if (more < 0) {
-                fail(error, what, path, errno);
-                return std::nullopt;
-            }
-            if (more == 0)
-                break;
-            bytes.append(extra);
-            ++length;
-            bytes.resize(length + 65536);
-            continue;
+        if (maxSize >= 0 && (status.st_size > maxSize || length > maxSize)) {
+            errno = EFBIG;
+            return failed();
         }
-        const ssize_t got = ::read(file.number(), bytes.data() + length, size_t(bytes.size() - length));
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0) {
-            fail(error, what, path, errno);
-            return std::nullopt;
-        }
+        bytes.resize(length + room);
+        const ssize_t got = file.read(bytes.data() + length, room);
+        if (got < 0)
+            return failed();
+        length += got;
+        room = got < room ? room - got : qMax<qsizetype>(length, 65536);
         if (got == 0)
             break;
-        length += got;
     }
     bytes.truncate(length);
     return bytes;
@@ -139,45 +146,98 @@ std::optional<QString> decodeUtf8(QByteArrayView bytes, Error *error)
 {
     if (bytes.startsWith("\xEF\xBB\xBF"))
         bytes = bytes.sliced(3);
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString text = decoder.decode(bytes);
-    if (!decoder.hasError())
-        return text;
-    if (error) {
+    if (bytes.isValidUtf8())
+        return QString::fromUtf8(bytes);
+    if (error)
         *error = {QStringLiteral("UTF-8"), 1, QStringLiteral("The text is not valid UTF-8."), QString()};
-    }
     return std::nullopt;
 }
 
 bool writeInPlace(const QString &path, QByteArrayView bytes, Error *error)
 {
-    const Descriptor file(openRetrying(path, O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_NOCTTY, 0666));
-    if (file.number() < 0 || !writeAll(file.number(), bytes))
-        return fail(error, QStringLiteral("The file “%1” could not be written"), path, errno);
-    return true;
+    // Truncated only once it is known to be a file.
+    Descriptor file(path, O_WRONLY | O_CREAT, 0666);
+    struct stat status;
+    if (file.isRegularFile(&status) && ::ftruncate(file.number(), 0) == 0 && file.write(bytes)
+        && file.close())
+        return true;
+    return fail(error, QStringLiteral("The file “%1” could not be written"), path);
 }
 
 bool writeAtomically(const QString &path, QByteArrayView bytes, Error *error, unsigned mode)
 {
-    QSaveFile file(path);
-    Q_UNUSED(mode)
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes.data(), bytes.size()) == bytes.size()
-        && file.commit())
-        return true;
-    if (error) {
-        *error = {QStringLiteral("File"), int(file.error()),
-                  QStringLiteral("The file “%1” could not be written: %2.")
-                      .arg(displayName(path), file.errorString()),
-                  path};
+    const auto failed = [&] {
+        return fail(error, QStringLiteral("The file “%1” could not be written"), path);
+    };
+    const QString target = followLinks(path);
+    struct stat old;
+    const bool replaces = ::lstat(QFile::encodeName(target).constData(), &old) == 0;
+    if (replaces && !S_ISREG(old.st_mode)) {
+        errno = S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
+        return failed();
     }
+    // A short name of its own: the target's may already be as long as names can be.
+    const QString fresh = target.first(target.lastIndexOf(u'/') + 1) + QStringLiteral(".pondwicket-")
+        + QString::number(QRandomGenerator::global()->generate64(), 16);
+    Descriptor file(fresh, O_WRONLY | O_CREAT | O_EXCL, replaces ? 0600 : mode);
+    if (file.number() < 0)
+        return failed();
+    if ((!replaces || ::fchmod(file.number(), old.st_mode & 07777) == 0) && file.write(bytes) && file.close()
+        && ::rename(QFile::encodeName(fresh).constData(), QFile::encodeName(target).constData()) == 0)
+        return true;
+    failed();
+    ::unlink(QFile::encodeName(fresh).constData());
+    return false;
+}
+
+bool copyFile(const QString &source, const QString &target, Error *error)
+{
+    const Descriptor from(source, O_RDONLY);
+    struct stat status;
+    if (!from.isRegularFile(&status))
+        return fail(error, QStringLiteral("The file “%1” could not be read"), source);
+    const auto failed = [&] {
+        return fail(error, QStringLiteral("The file “%1” could not be written"), target);
+    };
+    Descriptor to(target, O_WRONLY | O_CREAT | O_EXCL, 0600);
+    if (to.number() < 0)
+        return failed();
+    QByteArray buffer(256 * 1024, Qt::Uninitialized);
+    ssize_t got;
+    while ((got = from.read(buffer.data(), buffer.size())) > 0) {
+        if (!to.write(QByteArrayView(buffer).first(got)))
+            break;
+    }
+    if (got == 0 && to.close())
+        return true;
+    failed();
+    ::unlink(QFile::encodeName(target).constData());
     return false;
 }
 
 bool makeFolder(const QString &path, Error *error)
 {
-    if (QDir().mkpath(path))
+    const auto failed = [&] {
+        return fail(error, QStringLiteral("The folder “%1” could not be made"), path);
+    };
+    const QByteArray name = QFile::encodeName(path);
+    struct stat status;
+    if (::mkdir(name.constData(), 0777) == 0)
         return true;
-    return fail(error, QStringLiteral("The folder “%1” could not be made"), path, errno ? errno : EIO);
+    const int number = errno;
+    if (::stat(name.constData(), &status) == 0) {
+        errno = ENOTDIR;
+        return S_ISDIR(status.st_mode) || failed();
+    }
+    const qsizetype slash = path.lastIndexOf(u'/');
+    if (number == ENOENT && slash > 0) {
+        // Its parent is missing. If that cannot be made, its own reason is the one to tell.
+        if (!makeFolder(path.first(slash), error))
+            return false;
+        return ::mkdir(name.constData(), 0777) == 0 || errno == EEXIST || failed();
+    }
+    errno = number;
+    return failed();
 }
 
 } // namespace platform

@@ -18,20 +18,22 @@ bool itemExists(const QString &path);
 std::optional<QByteArray> readWholeFile(const QString &path, Error *error, qint64 maxSize = -1);
 
 /// The text of UTF-8 bytes, a leading byte-order mark skipped; nothing when they are not valid UTF-8
-/// (overlong forms, surrogates and values past U+10FFFF included). `error` then names the offset of the first
-/// bad byte.
+/// (overlong forms, surrogates and values past U+10FFFF included).
 std::optional<QString> decodeUtf8(QByteArrayView bytes, Error *error);
 
 /// Writes the file where it stands: open, truncate, write. A symbolic link stays one, nothing appears beside
-/// it.
+/// it. Anything but a regular file at the path is an error and is left as it is.
 bool writeInPlace(const QString &path, QByteArrayView bytes, Error *error);
 
-/// Writes a file of the same folder and moves it over the target, so that readers see the old or the new
-/// bytes, never a part. A symbolic link's target is replaced, not the link. An existing file keeps its
-/// permissions; a new one gets `mode` less the process's umask.
+/// Writes a new file in the same folder and moves it over the target, so that readers see the old or the new
+/// bytes, never a part, even when the process is killed. A symbolic link's target is replaced, not the link.
+/// An existing file keeps its permissions; a new one gets `mode` less the process's umask.
 bool writeAtomically(const QString &path, QByteArrayView bytes, Error *error, unsigned mode = 0666);
 
-/// Makes the folder with its parents. True when it stands there afterwards.
+/// Copies a regular file of any size to a path at which nothing stands yet, readable by the user only.
+bool copyFile(const QString &source, const QString &target, Error *error);
+
+/// Makes the folder with its parents. True when it stands there afterwards, links followed.
 bool makeFolder(const QString &path, Error *error);
 
 /// The text between quotation marks in messages: the last component of the path.
