@@ -83,14 +83,8 @@ bool Config::editTile(const QUuid &id, const std::function<void(TileItem &)> &ed
     const TileItem *current = tile(id);
     if (!current)
         return false;
-    const qsizetype index = current - m_data.tileItems.constData();
-    TileItem next = *current;
-    edit(next);
-    if (next == m_data.tileItems.at(index))
-        return true;
-    Q_EMIT willChange();
-    m_data.tileItems[index] = next;
-    scheduleRedraw();
-    Q_EMIT tileItemsChanged();
+    QList<TileItem> items = m_data.tileItems;
+    edit(items[current - m_data.tileItems.constData()]);
+    setTileItems(items);
     return true;
 }

@@ -16,8 +16,7 @@ struct TileItem
     QString tileName;
     QString tileDirectory; ///< file URL of the tile's own folder, kept as the text that was read
     bool showsScratchpad = false;
-    QString
-        scratchpadText; ///< read and written back as it is; the notes themselves lie in a file of their own
+    QString scratchpadText; ///< written back as it was read; the notes lie in a file of their own
     QList<TileMenuItem> tileMenuItems;
     bool tileMenuVisible = false; ///< the tile's popover is asked for; never stored
 
