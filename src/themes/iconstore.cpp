@@ -4,6 +4,7 @@
 #include "model/config.h"
 #include "platform/error.h"
 #include "platform/report.h"
+#include "themes/imagecache.h"
 #include "themes/imagefile.h"
 #include "themes/themestore.h"
 
@@ -63,12 +64,19 @@ QImage iconImage(const Config &config, const QString &name, qreal scale)
 
 void applyAppIcon(const Config &config)
 {
-    constexpr QSize size(64, 64);
+    // One picture of the size that window managers show. They scale it for their lists, and a start is not
+    // delayed by drawing the large ones.
+    constexpr QSize points(64, 64);
     const QString name = config.appIcon();
-    QFile file(QStringLiteral(":/pondwicket/appicons/%1.png").arg(name));
+    const QString path = QStringLiteral(":/pondwicket/appicons/%1.png").arg(name);
+    const int density = densityFor(screenScale());
     QImage image;
-    if (!name.contains(QLatin1Char('/')) && file.open(QIODevice::ReadOnly))
-        image = svgImage(file.readAll(), densityFor(screenScale()), size);
+    if (!name.contains(QLatin1Char('/'))) {
+        image = cachedImage(path, programIdentity(), density, [&] {
+            QFile file(path);
+            return file.open(QIODevice::ReadOnly) ? svgImage(file.readAll(), density, points) : QImage();
+        });
+    }
     if (image.isNull())
         platform::report(QStringLiteral("Failed to load icon: ") + name);
     else

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "themes/imagecatalog.h"
 
-#include <QCache>
+#include "themes/imagecache.h"
+
 #include <QFile>
 #include <QHash>
 #include <QPainter>
@@ -220,14 +221,9 @@ QImage drawBuiltInImage(const QString &name, int density)
 
 QImage builtInImage(const QString &name, qreal scale)
 {
-    constexpr qsizetype roomInBytes = 4 << 20;
-    static QCache<QPair<QString, int>, QImage> drawn(roomInBytes);
-    const QPair<QString, int> key(name, densityFor(scale));
-    if (const QImage *image = drawn.object(key))
-        return *image;
-    const QImage image = drawBuiltInImage(name, key.second);
-    drawn.insert(key, new QImage(image), qMax<qsizetype>(1, image.sizeInBytes()));
-    return image;
+    const int density = densityFor(scale);
+    return cachedImage(QStringLiteral("image ") + name, programIdentity(), density,
+                       [&name, density] { return drawBuiltInImage(name, density); });
 }
 
 } // namespace themes

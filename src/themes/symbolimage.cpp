@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "themes/symbolimage.h"
 
-#include <QCache>
+#include "themes/imagecache.h"
+
 #include <QFile>
 #include <QPainter>
 
@@ -61,16 +62,11 @@ const QStringList &symbolNames()
 
 QImage symbolImage(const QString &name, const QColor &tint, int pointSize, qreal scale)
 {
-    constexpr qsizetype roomInBytes = 1 << 20;
-    static QCache<QString, QImage> drawn(roomInBytes);
     pointSize = qBound(1, pointSize, 256);
     const int density = densityFor(scale);
-    const QString key = QStringLiteral("%1 %2 %3 %4").arg(name).arg(tint.rgba()).arg(pointSize).arg(density);
-    if (const QImage *image = drawn.object(key))
-        return *image;
-    const QImage image = drawSymbol(name, tint, pointSize, density);
-    drawn.insert(key, new QImage(image), image.sizeInBytes());
-    return image;
+    const QString key = QStringLiteral("symbol %1 %2 %3").arg(name).arg(tint.rgba()).arg(pointSize);
+    return cachedImage(key, programIdentity(), density,
+                       [&] { return drawSymbol(name, tint, pointSize, density); });
 }
 
 } // namespace themes
