@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "platform/fileidentity.h"
+
+#include <cstring>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+
+/// The kernel's name for a file within its file system. It carries a generation number, so it differs from
+/// that of an earlier file with the same inode number. Opening by it takes privileges; comparing takes none.
+QByteArray fileHandle(const char *path)
+{
+    alignas(file_handle) char room[sizeof(file_handle) + MAX_HANDLE_SZ] = {};
+    auto *handle = reinterpret_cast<file_handle *>(room);
+    handle->handle_bytes = MAX_HANDLE_SZ;
+    int mountId = 0;
+    if (::name_to_handle_at(AT_FDCWD, path, handle, &mountId, AT_SYMLINK_FOLLOW) != 0)
+        return {};
+    const QByteArray type = QByteArray::number(uint(handle->handle_type), 16).rightJustified(8, '0');
+    return type
+        + QByteArray::fromRawData(reinterpret_cast<const char *>(handle->f_handle), handle->handle_bytes)
+              .toHex();
+}
+
+} // namespace
+
+FileKind fileKind(mode_t mode)
+{
+    if (S_ISREG(mode))
+        return FileKind::File;
+    return S_ISDIR(mode) ? FileKind::Folder : FileKind::Other;
+}
+
+std::optional<FileIdentity> identify(const QByteArray &path)
+{
+    struct statx status;
+    if (::statx(AT_FDCWD, path.constData(), 0, STATX_INO | STATX_BTIME, &status) != 0)
+        return std::nullopt;
+    FileIdentity identity;
+    identity.inode = status.stx_ino;
+    if (status.stx_mask & STATX_BTIME) {
+        identity.birth = QByteArray::number(qint64(status.stx_btime.tv_sec)) + '.'
+            + QByteArray::number(status.stx_btime.tv_nsec).rightJustified(9, '0');
+    }
+    identity.handle = fileHandle(path.constData());
+    return identity;
+}
+
+bool isSameFile(const FileIdentity &recorded, const FileIdentity &present)
+{
+    if (recorded.inode == 0 || recorded.inode != present.inode)
+        return false;
+    if (recorded.birth.isEmpty() && recorded.handle.isEmpty())
+        return false;
+    return (recorded.birth.isEmpty() || recorded.birth == present.birth)
+        && (recorded.handle.isEmpty() || recorded.handle == present.handle);
+}
+
+} // namespace platform
