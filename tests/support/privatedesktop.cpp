@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#include "support/privatedesktop.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+#include <sys/prctl.h>
+#include <sys/wait.h>
+
+namespace support {
+
+namespace {
+
+QString recorder()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/recorder");
+}
+
+PrivateDesktop::Launch readLaunch(const QString &path)
+{
+    QFile file(path);
+    PrivateDesktop::Launch launch;
+    if (!file.open(QIODevice::ReadOnly))
+        return launch;
+    for (const QByteArray &field : file.readAll().split('\0')) {
+        const QString text = QString::fromUtf8(field);
+        const QString key = text.section(u'=', 0, 0);
+        const QString value = text.section(u'=', 1);
+        if (key == QLatin1String("argument"))
+            launch.arguments << value;
+        else if (key == QLatin1String("folder"))
+            launch.folder = value;
+        else if (key == QLatin1String("output"))
+            launch.output = value;
+        else if (key == QLatin1String("ownSession"))
+            launch.ownSession = value == QLatin1String("yes");
+        else if (key == QLatin1String("variable"))
+            launch.variables.insert(value.section(u'=', 0, 0), value.section(u'=', 1));
+    }
+    if (!launch.arguments.isEmpty())
+        launch.program = launch.arguments.takeFirst().section(u'/', -1);
+    return launch;
+}
+
+} // namespace
+
+PrivateDesktop::PrivateDesktop()
+    : m_environment(QProcessEnvironment::systemEnvironment())
+{
+    const QDir root(m_folder.path());
+    for (const char *name : {"home", "data/applications", "config", "shared", "bin", "records", "nowhere"})
+        root.mkpath(QString::fromLatin1(name));
+    // Content types need the system's table of them, but its programs stay out.
+    QFile::link(QStringLiteral("/usr/share/mime"), path(QStringLiteral("shared/mime")));
+    const std::pair<const char *, const char *> folders[] = {{"HOME", "home"},
+                                                             {"XDG_DATA_HOME", "data"},
+                                                             {"XDG_CONFIG_HOME", "config"},
+                                                             {"XDG_DATA_DIRS", "shared"},
+                                                             {"XDG_CONFIG_DIRS", "nowhere"},
+                                                             {"PATH", "bin"},
+                                                             {"PW_RECORDS", "records"}};
+    for (const auto &[name, folder] : folders)
+        setVariable(QString::fromLatin1(name), path(QString::fromLatin1(folder)));
+    setVariable(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=/nonexistent"));
+    m_environment.remove(QStringLiteral("XDG_CURRENT_DESKTOP"));
+}
+
+QString PrivateDesktop::write(const QString &relative, const QByteArray &content) const
+{
+    QDir(m_folder.path()).mkpath(QFileInfo(relative).path());
+    QFile file(path(relative));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("%s could not be written", qPrintable(relative));
+    return file.fileName();
+}
+
+QByteArray PrivateDesktop::desktopEntry(const QString &arguments)
+{
+    return "[Desktop Entry]\nType=Application\nName=Recorder\nExec=\"" + QFile::encodeName(recorder()) + "\" "
+        + arguments.toUtf8() + '\n';
+}
+
+void PrivateDesktop::addHandler(const QString &id, const QStringList &types, const QString &arguments)
+{
+    write(QStringLiteral("data/applications/%1.desktop").arg(id),
+          desktopEntry(id + u' ' + arguments) + "MimeType=" + types.join(u';').toUtf8() + ";\n");
+    for (const QString &type : types)
+        m_defaults << QStringLiteral("%1=%2.desktop").arg(type, id);
+    write(QStringLiteral("config/mimeapps.list"),
+          "[Default Applications]\n" + m_defaults.join(u'\n').toUtf8() + '\n');
+}
+
+QString PrivateDesktop::addProgram(const QString &name) const
+{
+    const QString program = path(QStringLiteral("bin/") + name);
+    QFile::link(recorder(), program);
+    return program;
+}
+
+PrivateDesktop::Outcome PrivateDesktop::run(const QStringList &arguments, const QByteArray &input) const
+{
+    // What the process leaves behind becomes a child of ours and can be waited for.
+    ::prctl(PR_SET_CHILD_SUBREAPER, 1);
+    QProcess process;
+    process.setProcessEnvironment(m_environment);
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QCoreApplication::applicationFilePath(), arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    Outcome outcome;
+    if (process.waitForFinished() && process.exitStatus() == QProcess::NormalExit)
+        outcome.exitCode = process.exitCode();
+    outcome.output = process.readAllStandardOutput();
+    while (::waitpid(-1, nullptr, 0) > 0) { }
+    QDir records(path(QStringLiteral("records")));
+    for (const QString &name : records.entryList(QDir::Files)) {
+        outcome.launches << readLaunch(records.filePath(name));
+        records.remove(name);
+    }
+    return outcome;
+}
+
+QByteArray readInput()
+{
+    QFile input;
+    return input.open(stdin, QIODevice::ReadOnly) ? input.readAll() : QByteArray();
+}
+
+} // namespace support
