@@ -58,11 +58,13 @@ endfunction()
 
 # pw_tests(<folder> [LINKS <targets>])
 # One executable for each tests/<folder>/tst_*.cpp, run offscreen. LINKS defaults to the folder's own target.
+# The folder is the tests' label too.
 function(pw_tests folder)
     cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
     if(NOT arg_LINKS)
         set(arg_LINKS ${folder})
     endif()
+    set(leaks "print_suppressions=0:suppressions=${CMAKE_CURRENT_SOURCE_DIR}/leaks.txt")
     file(GLOB tests CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/tst_*.cpp)
     foreach(test ${tests})
         get_filename_component(name ${test} NAME_WE)
@@ -72,7 +74,8 @@ function(pw_tests folder)
         target_compile_definitions(${name} PRIVATE PW_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data")
         add_test(NAME ${folder}/${name} COMMAND ${name})
         set_tests_properties(${folder}/${name} PROPERTIES
-            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1" TIMEOUT 120)
+            LABELS ${folder} TIMEOUT 300
+            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1;LSAN_OPTIONS=${leaks}")
     endforeach()
 endfunction()
 

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "support/process.h"
+
+#include <QImage>
+#include <QPoint>
+#include <QRect>
+#include <QSize>
+#include <QTemporaryDir>
+
+#include <vector>
+
+namespace support {
+
+struct DesktopOptions
+{
+    QString windowManager = QStringLiteral("openbox"); ///< with its arguments; empty for none
+    bool compositor = false;
+    QSize screen = {1280, 800};
+};
+
+/// A top-level window as the X server knows it. A value: ask again after a change.
+struct Window
+{
+    QString id; ///< as the tools take it; empty for no window
+    QRect geometry; ///< on the screen, without a frame
+
+    bool isNull() const { return id.isEmpty(); }
+    QPoint at(int x, int y) const { return geometry.topLeft() + QPoint(x, y); }
+    bool operator==(const Window &) const = default;
+};
+
+/// A desktop of a test's own: virtual X server, window manager, session bus, home and XDG folders. All of it
+/// is gone when the object is.
+class Desktop
+{
+public:
+    explicit Desktop(const DesktopOptions &options = {});
+    ~Desktop();
+    Q_DISABLE_COPY_MOVE(Desktop)
+
+    /// False when a part did not come up; `problem` then names it.
+    bool isUp() const { return m_problem.isEmpty(); }
+    const QString &problem() const { return m_problem; }
+
+    /// What programs on this desktop see; change it before they start.
+    QProcessEnvironment &environment() { return m_environment; }
+    const QProcessEnvironment &environment() const { return m_environment; }
+    QString home() const { return m_root.filePath(QStringLiteral("home")); }
+    QString applicationFolder() const;
+    QString settingsFile() const;
+    QString stateFolder() const;
+
+    /// The standard output of a tool run on this desktop ("xprop", {"-root"}).
+    QByteArray run(const QString &program, const QStringList &arguments) const;
+
+    /// The mapped windows that match xdotool's search terms ("--name", "^pondWicket$").
+    QList<Window> windows(const QStringList &terms) const;
+    /// The first of them, waited for; a null one when none comes.
+    Window waitForWindow(const QStringList &terms) const;
+    /// A property's value in xprop's words ("_NET_WM_STATE_ABOVE"); empty when it is not set.
+    QString property(const Window &window, const QString &name) const;
+
+    void moveTo(QPoint point) const;
+    void press(int button = 1) const;
+    void release(int button = 1) const;
+    void click(QPoint point, int button = 1) const;
+    /// "ctrl+q", "Escape", as xdotool names them; goes to the window that has the focus.
+    void key(const QString &keys) const;
+    void type(const QString &text) const;
+    QImage screenshot(QRect area = {}) const;
+
+    /// Makes a recording program the default for these MIME types ("x-scheme-handler/https").
+    void recordOpened(const QStringList &mimeTypes);
+    /// What the recording program was asked to open, oldest first.
+    QStringList opened() const;
+
+private:
+    bool start(const QString &what, const QString &program, const QStringList &arguments,
+               QByteArray *firstLine = nullptr);
+    bool startManager(const QString &command);
+    bool startCompositor();
+
+    QTemporaryDir m_root;
+    QProcessEnvironment m_environment;
+    std::vector<std::unique_ptr<QProcess>> m_processes;
+    QString m_problem;
+};
+
+} // namespace support
