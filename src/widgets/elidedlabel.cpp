@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include "widgets/elidedlabel.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace widgets {
+
+namespace {
+
+constexpr int narrowest = 60; // points
+constexpr int preferredWidth = 320; // no text alone makes its window wider
+
+} // namespace
+
+ElidedLabel::ElidedLabel(const QString &text, QWidget *parent)
+    : QFrame(parent)
+    , m_text(text)
+{
+    setAccessibleName(text);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+QSize ElidedLabel::sizeHint() const
+{
+    return {std::min(fontMetrics().horizontalAdvance(m_text) + 1, preferredWidth), fontMetrics().height()};
+}
+
+QSize ElidedLabel::minimumSizeHint() const
+{
+    return {std::min(sizeHint().width(), narrowest), fontMetrics().height()};
+}
+
+void ElidedLabel::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.drawText(rect(), Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine,
+                     fontMetrics().elidedText(m_text, Qt::ElideRight, width()));
+}
+
+void ElidedLabel::resizeEvent(QResizeEvent *)
+{
+    setToolTip(fontMetrics().horizontalAdvance(m_text) > width() ? m_text : QString());
+}
+
+} // namespace widgets
