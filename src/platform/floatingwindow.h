@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtGlobal>
+
+/// What a window that floats on every desktop needs of the X server and the window manager and the toolkit
+/// has no call for. On another window system each function does nothing.
+namespace platform {
+
+/// Puts the window on all desktops and out of task bars and pagers. Called before every mapping: the window
+/// manager takes these properties away when a window is hidden.
+void floatOnAllDesktops(quintptr window);
+
+/// The same as a request to the window manager, for a window that is mapped: some managers look at the
+/// properties of a new window only in part.
+void requestAllDesktops(quintptr window);
+
+/// True while a compositor blends windows by their alpha channel; else what a window leaves transparent is
+/// black.
+bool isCompositing();
+
+} // namespace platform
