@@ -1,5 +1,14 @@
 // SPDX-License-Identifier: MIT
-int main()
+#include "strip/ctrlapp.h"
+
+#include <QByteArray>
+
+int main(int argc, char **argv)
 {
-    return 0;
+    // A client of a Wayland compositor can neither place itself nor float: its X server can do both for us.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("WAYLAND_DISPLAY")
+        && qEnvironmentVariableIsSet("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    ctrlApp app(argc, argv);
+    return app.run();
 }

@@ -26,7 +26,7 @@ inline QString homePage()
 /// The page with help and support.
 inline QString supportPage()
 {
-    return makerAddress(QLatin1String("/pondWicket/support.html"));
+    return makerAddress(QLatin1String("/pondWicket"));
 }
 
 } // namespace model

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+#include <QTimer>
+
+class ContentView;
+
+/// Makes the strip's window float: above others, on all desktops, without a frame, at the bottom-left corner
+/// of the primary screen; and keeps it on a screen when screens come, go or change.
+class AppDelegate : public QObject
+{
+    Q_OBJECT
+
+public:
+    AppDelegate(ContentView &strip, QObject *parent);
+
+    /// Shows the strip for the first time.
+    void applicationDidFinishLaunching();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void fitWindow();
+    void scheduleReturn();
+    void watchScreens();
+
+    ContentView &m_strip;
+    QTimer m_returnTimer; ///< screens change in bursts
+};

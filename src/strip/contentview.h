@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "widgets/spring.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QWidget>
+
+class Config;
+class EndCap;
+class HomeTileView;
+class Tile;
+struct StripServices;
+
+/// The strip: its elements packed along one axis from the leading (or top) edge of the window. What the
+/// elements leave free is not part of the window's shape.
+class ContentView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    ContentView(Config &config, StripServices &services);
+
+    bool isVertical() const { return m_vertical; }
+    bool tabsVisible() const { return m_tabsVisible; }
+    void setTabsVisible(bool visible);
+
+    /// The size that the strip asks of its window: 1024 by 44, or longer when there is more to show.
+    QSize sizeHint() const override;
+    /// Shows everything as Config and the theme files are now.
+    void redraw();
+
+Q_SIGNALS:
+    void quitRequested();
+    void contextMenuRequested(QPoint globalPosition);
+    /// sizeHint changed with the direction or the number of tiles.
+    void idealSizeChanged();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    bool event(QEvent *event) override;
+
+private:
+    void syncTiles();
+    void discardTiles();
+    void layoutElements();
+    void updateShape();
+    void advanceSpring();
+    void moveFocus(int step);
+    double now() const;
+    int tilesLength() const;
+
+    Config &m_config;
+    StripServices &m_services;
+    bool m_vertical;
+    bool m_tabsVisible = true;
+    EndCap *m_leadingCap;
+    HomeTileView *m_homeTile;
+    QWidget *m_tileArea; ///< clips the tiles while they come and go
+    EndCap *m_trailingCap;
+    QList<Tile *> m_tiles; ///< in strip order; empty while hidden
+    QSize m_announcedSize;
+    widgets::Spring m_spring; ///< shown length of the tiles as a share of their whole length
+    QTimer m_frameTimer; ///< runs only while the spring does
+    QElapsedTimer m_clock;
+    QPoint m_pressPosition;
+};

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "strip/ctrlapp.h"
+
+#include "links/openlink.h"
+#include "model/config.h"
+#include "platform/addressopener.h"
+#include "platform/report.h"
+#include "platform/terminationsignals.h"
+#include "platform/userfolders.h"
+#include "strip/appdelegate.h"
+#include "strip/commands.h"
+#include "strip/contentview.h"
+#include "strip/services.h"
+#include "strip/startup.h"
+
+#include <QTimer>
+
+#include <optional>
+
+namespace {
+
+/// Hands everything to the desktop.
+class DesktopOpener : public links::LinkOpener
+{
+public:
+    void openFile(const QString &) override { }
+    void openAddress(const QString &text) override { platform::openAddress(text); }
+};
+
+} // namespace
+
+/// What lives from the end of the start to the end of the process, in the order in which it is made.
+struct ctrlApp::Parts
+{
+    Parts(ctrlApp &app, const QString &documents)
+        : config(documents, platform::stateFolder())
+        , services{opener, [&app] { app.openSettings(); }}
+    {
+    }
+
+    Config config;
+    DesktopOpener opener;
+    StripServices services;
+    std::optional<ContentView> strip;
+    std::optional<AppDelegate> appDelegate;
+};
+
+ctrlApp::ctrlApp(int &argc, char **argv)
+    : QApplication(argc, argv)
+{
+    setApplicationName(QStringLiteral("pondWicket"));
+    setAttribute(Qt::AA_DisableSessionManager);
+    setQuitOnLastWindowClosed(false);
+}
+
+ctrlApp::~ctrlApp() = default;
+
+int ctrlApp::run()
+{
+    platform::Error error;
+    const std::optional<QString> documents = platform::documentsFolder(&error);
+    if (!documents) {
+        platform::report(QLatin1String("Unable to locate document directory: ") + error.fullDescription());
+        return EXIT_FAILURE;
+    }
+    m_parts = std::make_unique<Parts>(*this, *documents);
+    strip::loadOrCreateSettings(m_parts->config);
+
+    ContentView &strip = m_parts->strip.emplace(m_parts->config, m_parts->services);
+    connect(&strip, &ContentView::quitRequested, this, [] { quit(); });
+    m_parts->appDelegate.emplace(strip, nullptr).applicationDidFinishLaunching();
+
+    platform::onTerminationSignal([] { quit(); });
+    // Nobody presses a key before the strip is there, so its commands may come after the first picture.
+    QTimer::singleShot(0, this, [this, &strip] {
+        auto *commands = new Commands(m_parts->config, m_parts->services, strip);
+        connect(&strip, &ContentView::contextMenuRequested, commands, &Commands::showMenus);
+        connect(commands, &Commands::quitRequested, this, [] { quit(); });
+    });
+    return exec();
+}
+
+void ctrlApp::openSettings()
+{
+    // The settings window.
+}
