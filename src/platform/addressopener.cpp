@@ -6,6 +6,7 @@
 #include "platform/gio.h"
 #include "platform/terminal.h"
 #include "platform/uri.h"
+#include "platform/workspace.h"
 
 #include <algorithm>
 #include <array>
@@ -113,8 +114,12 @@ void openAddress(const QString &text)
     const auto address = parseUriReference(text);
     if (!address || address->scheme.isEmpty() || beginsLikeAnOption(*address))
         return;
-    if (gio())
+    if (address->scheme.compare(u"file", Qt::CaseInsensitive) == 0) {
+        if (const auto path = pathOfFileUri(text))
+            openFile(*path);
+    } else if (gio()) {
         runInBackground([address = *address, bytes = text.toLatin1()] { route(address, bytes); });
+    }
 }
 
 } // namespace platform

@@ -7,6 +7,7 @@
 #include "platform/report.h"
 #include "platform/terminationsignals.h"
 #include "platform/userfolders.h"
+#include "platform/workspace.h"
 #include "strip/appdelegate.h"
 #include "strip/commands.h"
 #include "strip/contentview.h"
@@ -23,7 +24,7 @@ namespace {
 class DesktopOpener : public links::LinkOpener
 {
 public:
-    void openFile(const QString &) override { }
+    void openFile(const QString &path) override { platform::openFile(path); }
     void openAddress(const QString &text) override { platform::openAddress(text); }
 };
 

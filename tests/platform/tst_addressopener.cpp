@@ -127,6 +127,7 @@ void TestAddressOpener::opensNothing_data()
     row("ssh to port 0", "https", "ssh://h:0");
     row("ssh to port 65536", "https", "ssh://h:65536");
     row("ssh to nobody", "https", "ssh:");
+    row("file of another machine", "https text/plain", "file://elsewhere/etc/hostname");
     // One argument of a program may have 128 KiB.
     row("longer than an argument", "https", "https://h/" + QByteArray(1024 * 1024, 'a'));
     row("long sftp", "inode/directory", "sftp://h/" + QByteArray(128 * 1024, 'a'));

@@ -5,7 +5,7 @@
 #include <QFile>
 #include <QRegularExpression>
 
-#include <ranges>
+#include <algorithm>
 
 namespace support {
 
@@ -90,8 +90,7 @@ Desktop::Desktop(const DesktopOptions &options)
 
 Desktop::~Desktop()
 {
-    for (const std::unique_ptr<QProcess> &process : m_processes | std::views::reverse)
-        endProcess(*process);
+    std::for_each(m_processes.rbegin(), m_processes.rend(), [](const auto &process) { endProcess(*process); });
 }
 
 /// Starts a part of the desktop; with `firstLine` it has come up when it has written that.
