@@ -103,31 +103,38 @@ QImage desktop(Config &config, qreal scale, const QColor &background)
     return image;
 }
 
-/// The pictures below one another, every pixel as it is.
-QImage stacked(const QList<QImage> &images)
+/// The pictures in one row or column, every pixel as it is.
+QImage joined(Qt::Orientation direction, const QList<QImage> &images)
 {
-    QSize size;
-    for (const QImage &image : images)
-        size = QSize(qMax(size.width(), image.width()), size.height() + image.height());
-    QImage all(size, QImage::Format_RGB32);
-    all.fill(Qt::white);
+    const auto after = [direction](QSize size) {
+        return direction == Qt::Horizontal ? QPoint(size.width(), 0) : QPoint(0, size.height());
+    };
+    QRect frame;
+    QPoint corner;
+    for (const QImage &image : images) {
+        frame |= QRect(corner, image.size());
+        corner += after(image.size());
+    }
+    QImage all(frame.size(), QImage::Format_RGB32);
     QPainter painter(&all);
-    int y = 0;
+    corner = QPoint();
     for (QImage image : images) {
         image.setDevicePixelRatio(1);
-        painter.drawImage(0, y, image);
-        y += image.height();
+        painter.drawImage(corner, image);
+        corner += after(image.size());
     }
     return all;
 }
 
 QImage onBothDesktops(const std::function<QImage(qreal, const QColor &)> &draw)
 {
-    return stacked(
-        {draw(1, lightDesktop), draw(1, darkDesktop), draw(2, lightDesktop), draw(2, darkDesktop)});
+    return joined(Qt::Vertical,
+                  {joined(Qt::Horizontal, {draw(1, lightDesktop), draw(1, darkDesktop)}),
+                   draw(2, lightDesktop), draw(2, darkDesktop)});
 }
 
-/// Every symbol in every colour and at two sizes, the days, the application icons.
+/// Every symbol in every colour and at two sizes, the days on the glyphs of all themes, the application
+/// icons.
 QImage sundries(qreal scale, const QColor &background)
 {
     constexpr int cell = 36;
@@ -147,8 +154,13 @@ QImage sundries(qreal scale, const QColor &background)
         draw(column, row, symbolImage(name, background.lightness() < 128 ? Qt::white : Qt::black, 24, scale));
         ++column;
     }
-    for (int day = 1; day <= 31; ++day)
-        draw((day - 1) % 16, 7 + (day - 1) / 16, builtInImage(QStringLiteral("calendar-%1").arg(day), scale));
+    const QStringList builtInThemes = SettingsData().availableThemes;
+    for (int day = 1; day <= 31; ++day) {
+        const QString &theme = builtInThemes.at(day % builtInThemes.size());
+        for (const QString &name :
+             {theme + QStringLiteral("-calendar"), QStringLiteral("calendar-%1").arg(day)})
+            draw((day - 1) % 16, 7 + (day - 1) / 16, builtInImage(name, scale));
+    }
     int x = margin;
     for (const char *name : {"Default", "1979", "1988", "1995", "2000"}) {
         const QString preview = QString::fromLatin1(name) + QStringLiteral("-preview");

@@ -41,13 +41,26 @@ QByteArray formatOf(const QByteArray &bytes)
     return head.contains('<') && head.contains("svg") ? "svg" : "";
 }
 
-/// Some decoders fill up what is missing and call a cut-off file a picture all the same.
+/// Some decoders fill up what is missing and call a cut-off file a picture all the same; others complain on
+/// standard error at every start.
 bool isCutOff(const QByteArray &bytes, const QByteArray &format)
 {
+    const QByteArray end = bytes.last(qMin<qsizetype>(1024, bytes.size()));
+    const auto pointsOutside = [&bytes](qsizetype at, bool bigEndian) {
+        if (at + 4 > bytes.size())
+            return true;
+        const char *field = bytes.constData() + at;
+        return (bigEndian ? qFromBigEndian<quint32>(field) : qFromLittleEndian<quint32>(field))
+            > bytes.size();
+    };
+    if (format == "png")
+        return !end.contains("IEND");
     if (format == "jpeg")
-        return !bytes.last(qMin<qsizetype>(1024, bytes.size())).contains("\xff\xd9");
-    if (format == "bmp")
-        return bytes.size() < 6 || qFromLittleEndian<quint32>(bytes.constData() + 2) > quint64(bytes.size());
+        return !end.contains("\xff\xd9");
+    if (format == "tiff") // the place of the first directory
+        return pointsOutside(4, bytes.startsWith("MM"));
+    if (format == "bmp") // the size of the file
+        return pointsOutside(2, false);
     return false;
 }
 

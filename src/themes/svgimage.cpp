@@ -17,7 +17,8 @@ int densityFor(qreal scale)
 
 qreal screenScale()
 {
-    return qGuiApp ? qGuiApp->devicePixelRatio() : 1.0;
+    const auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    return application ? application->devicePixelRatio() : 1.0;
 }
 
 QImage svgImage(const QByteArray &svg, int density, QSize points)
