@@ -236,17 +236,18 @@ QByteArray serialiseAlias(const AliasRecord &record)
     return text;
 }
 
-std::optional<AliasRecord> describeTarget(const QByteArray &target, const QByteArray &aliasFile, Error *error)
+std::optional<AliasRecord> describeTarget(const QByteArray &path, const QByteArray &aliasFile, Error *error)
 {
+    const QByteArray target = absolutePath(path, "/"); // without a folder's slash at the end
     struct stat status;
     struct statfs fileSystem;
     const std::optional<FileIdentity> identity = identify(target);
     if (!identity || ::stat(target.constData(), &status) != 0
         || ::statfs(target.constData(), &fileSystem) != 0) {
         if (error) {
-            const QString path = QFile::decodeName(target);
+            const QString text = QFile::decodeName(target);
             *error = Error::fromErrno(
-                QStringLiteral("The file “%1” could not be found").arg(displayName(path)), errno, path);
+                QStringLiteral("The file “%1” could not be found").arg(displayName(text)), errno, text);
         }
         return std::nullopt;
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/fileidentity.h"
 
-#include <cstring>
+#include <ctime>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -48,6 +48,23 @@ std::optional<FileIdentity> identify(const QByteArray &path)
     }
     identity.handle = fileHandle(path.constData());
     return identity;
+}
+
+FileStamp FileStamp::of(const struct stat &status)
+{
+    // Programs may set the time of modification back, but not this one.
+    return {status.st_dev, status.st_ino, status.st_size, status.st_ctim.tv_sec, status.st_ctim.tv_nsec};
+}
+
+bool FileStamp::isSettled() const
+{
+    // File systems count in ticks of the kernel, a few milliseconds each.
+    constexpr qint64 tick = 50'000'000; // nanoseconds, amply
+    timespec now;
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    if (now.tv_sec - seconds > 1)
+        return true;
+    return (now.tv_sec - seconds) * 1'000'000'000 + now.tv_nsec - nanoseconds > tick;
 }
 
 bool isSameFile(const FileIdentity &recorded, const FileIdentity &present)

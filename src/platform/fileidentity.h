@@ -37,4 +37,20 @@ std::optional<FileIdentity> identify(const QByteArray &path);
 /// record of the inode number alone never suffices.
 bool isSameFile(const FileIdentity &recorded, const FileIdentity &present);
 
+/// What a stat tells of a file's state: equal stamps mean that nothing in it has changed between them.
+struct FileStamp
+{
+    dev_t device = 0;
+    ino_t inode = 0;
+    off_t size = 0;
+    qint64 seconds = 0; ///< of the last change of anything about it
+    qint64 nanoseconds = 0;
+
+    static FileStamp of(const struct stat &status);
+    /// False when the last change is so recent that the next one could carry the same time.
+    bool isSettled() const;
+
+    bool operator==(const FileStamp &) const = default;
+};
+
 } // namespace platform

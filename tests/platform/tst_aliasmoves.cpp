@@ -1,0 +1,380 @@
+// SPDX-License-Identifier: MIT
+#include "platform/aliasresolver.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace platform;
+
+namespace {
+
+using Bytes = QByteArray;
+
+/// A home folder with a documents folder and an alias of one target, and a resolver for it.
+class Home
+{
+public:
+    Home()
+    {
+        for (const char *folder : {"Documents/Tile", "work/project/part", "other/deep"})
+            QDir().mkpath(m_folder.filePath(QLatin1String(folder)));
+        write("work/project/target", "text");
+        makeAlias("work/project/target");
+        startAnew();
+    }
+
+    Bytes at(const Bytes &name) const { return QFile::encodeName(m_folder.path()) + '/' + name; }
+    Bytes alias() const { return at("Documents/Tile/A"); }
+
+    void write(const Bytes &name, const Bytes &text) const
+    {
+        QFile file(QFile::decodeName(at(name)));
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+            qFatal("cannot write %s", name.constData());
+    }
+    void move(const Bytes &from, const Bytes &to) const
+    {
+        if (::rename(at(from).constData(), at(to).constData()) != 0)
+            qFatal("cannot move %s", from.constData());
+    }
+    void remove(const Bytes &name) const { QFile::remove(QFile::decodeName(at(name))); }
+    void makeAlias(const Bytes &target) const
+    {
+        if (!writeAliasFile(at(target), alias(), nullptr))
+            qFatal("cannot make the alias");
+    }
+    /// A program that has not seen the target yet.
+    void startAnew()
+    {
+        resolver = std::make_unique<AliasResolver>(AliasResolver::Places{at(""), {at("Documents"), at("")}});
+    }
+
+    /// The name below the home folder to which the alias leads; empty when it is broken.
+    Bytes found() const
+    {
+        const std::optional<AliasTarget> target = resolver->resolve(alias(), nullptr);
+        return target ? target->path.sliced(at("").size()) : Bytes();
+    }
+    Bytes foundByWorker() const
+    {
+        const Bytes name = found();
+        resolver->waitForSearch();
+        return name.isEmpty() ? found() : name;
+    }
+
+    std::unique_ptr<AliasResolver> resolver;
+
+private:
+    QTemporaryDir m_folder;
+};
+
+using Change = std::function<void(const Home &)>;
+
+} // namespace
+
+Q_DECLARE_METATYPE(Change)
+
+class TestAliasMoves : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { qputenv("XDG_DATA_HOME", "/nowhere"); }
+    void whileRunning_data();
+    void whileRunning();
+    void whileNotRunning_data();
+    void whileNotRunning();
+    void tellsWhenTheWorkerFinds();
+    void copiedTogether();
+    void reusedInodeIsAnotherFile();
+    void targetOnAnotherFileSystem();
+    void aliasOfAlias();
+    void loopIsBroken();
+    void openedLinkIsRewritten();
+    void drawingNeverWrites();
+    void automountIsNotTouched();
+    void manyTargetsStayBelowTheLimit();
+};
+
+namespace {
+
+void addMoves()
+{
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<Bytes>("expected");
+    const auto row = [](const char *name, const Bytes &expected, const Change &change) {
+        QTest::newRow(name) << change << expected;
+    };
+    row("nothing", "work/project/target", [](const Home &) {});
+    row("rename", "work/project/new",
+        [](const Home &home) { home.move("work/project/target", "work/project/new"); });
+    row("move near", "work/target",
+        [](const Home &home) { home.move("work/project/target", "work/target"); });
+    row("move far and rename", "other/deep/x",
+        [](const Home &home) { home.move("work/project/target", "other/deep/x"); });
+    row("parent renamed", "work/new/target", [](const Home &home) { home.move("work/project", "work/new"); });
+    row("parent moved", "other/deep/p/target",
+        [](const Home &home) { home.move("work/project", "other/deep/p"); });
+    row("grandparent renamed", "new/project/target", [](const Home &home) { home.move("work", "new"); });
+    row("parent and target renamed", "work/new/x", [](const Home &home) {
+        home.move("work/project", "work/new");
+        home.move("work/new/target", "work/new/x");
+    });
+    row("saved by replacing", "work/project/target", [](const Home &home) {
+        home.write("work/project/.save", "new text");
+        home.move("work/project/.save", "work/project/target");
+    });
+    // The old file now carries the backup's name; the new one under the old name is what the user works on.
+    row("replaced, with a backup", "work/project/target", [](const Home &home) {
+        home.move("work/project/target", "work/project/target~");
+        home.write("work/project/target", "new text");
+    });
+    row("deleted, new file of the same name", "work/project/target", [](const Home &home) {
+        home.remove("work/project/target");
+        home.write("work/project/target", "other");
+    });
+    row("deleted", "", [](const Home &home) { home.remove("work/project/target"); });
+    row("deleted, same name elsewhere", "", [](const Home &home) {
+        home.remove("work/project/target");
+        home.write("work/target", "text");
+        home.write("other/target", "text");
+    });
+    row("folder in its place", "work/project/new", [](const Home &home) {
+        home.move("work/project/target", "work/project/new");
+        ::mkdir(home.at("work/project/target").constData(), 0700);
+    });
+    row("to the Trash of another file system", "", [](const Home &home) {
+        const Bytes trash = ".Trash-" + Bytes::number(::getuid());
+        ::mkdir(home.at(trash).constData(), 0700);
+        home.move("work/project/target", trash + "/target");
+    });
+}
+
+} // namespace
+
+void TestAliasMoves::whileRunning_data()
+{
+    addMoves();
+    QTest::newRow("into a hidden folder") << Change([](const Home &home) {
+        ::mkdir(home.at(".hidden").constData(), 0700);
+        home.move("work/project/target", ".hidden/x");
+    }) << Bytes(".hidden/x");
+}
+
+void TestAliasMoves::whileRunning()
+{
+    QFETCH(Change, change);
+    const Home home;
+    QCOMPARE(home.found(), Bytes("work/project/target"));
+    change(home);
+    QTEST(home.found(), "expected");
+}
+
+void TestAliasMoves::whileNotRunning_data()
+{
+    addMoves();
+    QTest::newRow("parent in a cache folder") << Change([](const Home &home) {
+        home.write("other/deep/CACHEDIR.TAG", "");
+        home.move("work/project", "other/deep/p");
+    }) << Bytes("other/deep/p/target");
+    QTest::newRow("below a cache folder") << Change([](const Home &home) {
+        ::mkdir(home.at("other/deep/x").constData(), 0700);
+        home.write("other/deep/CACHEDIR.TAG", "");
+        home.move("work/project/target", "other/deep/x/target");
+    }) << Bytes();
+    QTest::newRow("into a hidden folder") << Change([](const Home &home) {
+        ::mkdir(home.at(".hidden").constData(), 0700);
+        home.move("work/project/target", ".hidden/x");
+    }) << Bytes();
+}
+
+void TestAliasMoves::whileNotRunning()
+{
+    QFETCH(Change, change);
+    Home home;
+    change(home);
+    home.startAnew();
+    QTEST(home.foundByWorker(), "expected");
+}
+
+void TestAliasMoves::tellsWhenTheWorkerFinds()
+{
+    Home home;
+    // So far down that the quick look does not come there.
+    Bytes deep = "other";
+    for (int i = 0; i < 40; ++i) {
+        for (int sibling = 0; sibling < 60; ++sibling)
+            ::mkdir(home.at(deep + "/s" + Bytes::number(sibling)).constData(), 0700);
+        deep += "/s59";
+    }
+    home.move("work/project/target", deep + "/target");
+    home.move("work", "gone");
+    ::rmdir(home.at("gone/project/part").constData());
+    ::rmdir(home.at("gone/project").constData());
+    home.startAnew();
+    QSignalSpy found(home.resolver.get(), &AliasResolver::targetFound);
+    if (!home.found().isEmpty())
+        QSKIP("the machine is too fast for the quick look to give up");
+    QVERIFY(found.wait());
+    QCOMPARE(home.found(), deep + "/target");
+}
+
+void TestAliasMoves::copiedTogether()
+{
+    // A documents folder restored from a copy: nothing has its old identity any more.
+    Home home;
+    home.write("Documents/target", "text");
+    home.makeAlias("Documents/target");
+    QDir().mkpath(QFile::decodeName(home.at("restored/Tile")));
+    for (const char *name : {"/target", "/Tile/A"}) {
+        QFile::copy(QFile::decodeName(home.at(Bytes("Documents") + name)),
+                    QFile::decodeName(home.at(Bytes("restored") + name)));
+        home.remove(Bytes("Documents") + name);
+    }
+    home.startAnew();
+    const std::optional<AliasTarget> target = home.resolver->resolve(home.at("restored/Tile/A"), nullptr);
+    QVERIFY(target);
+    QCOMPARE(target->path, home.at("restored/target"));
+}
+
+void TestAliasMoves::reusedInodeIsAnotherFile()
+{
+    Home home;
+    struct stat before;
+    QCOMPARE(::stat(home.at("work/project/target").constData(), &before), 0);
+    home.remove("work/project/target");
+    bool reused = false;
+    for (int i = 0; i < 64 && !reused; ++i) {
+        const Bytes name = "work/project/new" + Bytes::number(i);
+        home.write(name, "");
+        struct stat after;
+        reused = ::stat(home.at(name).constData(), &after) == 0 && after.st_ino == before.st_ino;
+    }
+    if (!reused)
+        QSKIP("this file system gives out new inode numbers");
+    home.startAnew();
+    QCOMPARE(home.foundByWorker(), Bytes());
+}
+
+void TestAliasMoves::targetOnAnotherFileSystem()
+{
+    QTemporaryDir other(QStringLiteral("/dev/shm/aliasXXXXXX"));
+    struct stat here;
+    struct stat there;
+    const Home home;
+    const Bytes folder = QFile::encodeName(other.path());
+    if (!other.isValid() || ::stat(folder.constData(), &there) != 0
+        || ::stat(home.at("").constData(), &here) != 0 || here.st_dev == there.st_dev)
+        QSKIP("no second file system");
+    QVERIFY(QFile(other.filePath(QStringLiteral("target"))).open(QIODevice::WriteOnly));
+    QVERIFY(writeAliasFile(folder + "/target", home.alias(), nullptr));
+    QVERIFY(home.resolver->resolve(home.alias(), nullptr));
+    QVERIFY(QFile::rename(other.filePath(QStringLiteral("target")), other.filePath(QStringLiteral("new"))));
+    // Nothing is held there, but the recorded folder still tells.
+    const std::optional<AliasTarget> target = home.resolver->resolve(home.alias(), nullptr);
+    QVERIFY(target);
+    QCOMPARE(target->path, folder + "/new");
+}
+
+void TestAliasMoves::aliasOfAlias()
+{
+    const Home home;
+    QVERIFY(writeAliasFile(home.alias(), home.at("A0"), nullptr));
+    for (int i = 1; i < 17; ++i)
+        QVERIFY(
+            writeAliasFile(home.at("A" + Bytes::number(i - 1)), home.at("A" + Bytes::number(i)), nullptr));
+    home.move("work/project/target", "work/project/new");
+    const std::optional<AliasTarget> target = home.resolver->resolve(home.at("A14"), nullptr);
+    QVERIFY(target);
+    QCOMPARE(target->path, home.at("work/project/new"));
+    Error error;
+    QVERIFY(!home.resolver->resolve(home.at("A15"), &error));
+    QVERIFY(error.reason.contains(QLatin1String("too many")));
+}
+
+void TestAliasMoves::loopIsBroken()
+{
+    const Home home;
+    home.write("B", "pondWicket alias 1\npath: " + home.at("C") + '\n');
+    home.write("C", "pondWicket alias 1\npath: " + home.at("B") + '\n');
+    Error error;
+    QVERIFY(!home.resolver->resolve(home.at("B"), &error));
+    QVERIFY(!error.reason.isEmpty());
+    home.resolver->refresh(home.at("B")); // ends
+}
+
+void TestAliasMoves::openedLinkIsRewritten()
+{
+    Home home;
+    home.move("work/project/target", "work/project/new");
+    QCOMPARE(home.found(), Bytes("work/project/new"));
+    home.resolver->refresh(home.alias());
+    // Without the rewriting this step would lead out of every recorded folder.
+    home.move("work/project", "other/deep/p");
+    home.move("other", "gone");
+    home.startAnew();
+    QCOMPARE(home.foundByWorker(), Bytes("gone/deep/p/new"));
+    struct stat status;
+    QCOMPARE(::stat(home.alias().constData(), &status), 0);
+    QCOMPARE(int(status.st_mode & 07777), 0600);
+}
+
+void TestAliasMoves::drawingNeverWrites()
+{
+    const Home home;
+    struct stat before;
+    struct stat after;
+    home.move("work/project/target", "work/project/new");
+    QCOMPARE(::stat(home.alias().constData(), &before), 0);
+    QCOMPARE(home.found(), Bytes("work/project/new"));
+    QCOMPARE(::stat(home.alias().constData(), &after), 0);
+    QCOMPARE(FileStamp::of(after), FileStamp::of(before));
+}
+
+void TestAliasMoves::automountIsNotTouched()
+{
+    const Home home;
+    QVERIFY(QFile::link(QFile::decodeName(home.at("work")), QFile::decodeName(home.at("link"))));
+    const Bytes place = home.at("work").replace(' ', "\\040");
+    const Bytes table =
+        "21 1 8:1 / / rw - ext4 /dev/sda rw\n22 21 0:9 / " + place + " rw - autofs systemd rw\n";
+    const auto resolves = [&home](const Bytes &text, const Bytes &name) {
+        AliasResolver resolver({home.at(""), {}}, std::make_unique<MountTable>(text));
+        return resolver.resolve(home.at(name), nullptr).has_value();
+    };
+    QVERIFY(!resolves(table, "work/project/target"));
+    QVERIFY(!resolves(table, "link/project/target"));
+    QVERIFY(!resolves(table, "Documents/Tile/A"));
+    QVERIFY(resolves(table, "other"));
+    // Once something is mounted there it hides the automounter.
+    const Bytes mounted = table + "23 22 0:10 / " + place + " rw - ext4 /dev/sdb rw\n";
+    QVERIFY(resolves(mounted, "link/project/target"));
+    // A network that answers is as good as a disk.
+    const Bytes network = table + "23 22 0:10 / " + place + " rw - nfs4 server:/ rw\n";
+    QVERIFY(resolves(network, "Documents/Tile/A"));
+}
+
+void TestAliasMoves::manyTargetsStayBelowTheLimit()
+{
+    const Home home;
+    LiveHints hints(home.at(""));
+    for (int i = 0; i < LiveHints::maxCount + 20; ++i) {
+        const Bytes name = home.at(Bytes::number(i));
+        QCOMPARE(::mkdir(name.constData(), 0700), 0);
+        struct stat status;
+        QCOMPARE(::stat(name.constData(), &status), 0);
+        hints.keep(name, name, status);
+        QVERIFY(hints.place(home.at("0"))); // used all the time, so never let go
+    }
+    QCOMPARE(hints.count(), LiveHints::maxCount);
+    QVERIFY(!hints.place(home.at("1")));
+}
+
+QTEST_GUILESS_MAIN(TestAliasMoves)
+#include "tst_aliasmoves.moc"
