@@ -1,0 +1,345 @@
+// SPDX-License-Identifier: MIT
+#include "links/linkdetector.h"
+
+#include "links/linkcharacters.h"
+#include "links/linkhost.h"
+#include "links/linktail.h"
+#include "links/topleveldomains.h"
+#include "links/triggerscanner.h"
+
+#include <algorithm>
+
+namespace links {
+
+namespace {
+
+constexpr std::size_t longestScheme = 32; // bytes
+constexpr std::size_t longestLocalPart = 64;
+constexpr std::size_t longestUserPart = 128;
+
+constexpr char lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? char(c | 0x20) : c;
+}
+
+/// `word` is lower-case.
+bool equalsFolded(std::string_view text, std::string_view word)
+{
+    return text.size() == word.size()
+        && std::ranges::equal(text, word, [](char a, char b) { return lower(a) == b; });
+}
+
+bool isAnyOf(std::string_view text, std::initializer_list<std::string_view> words)
+{
+    return std::ranges::any_of(words, [text](std::string_view word) { return equalsFolded(text, word); });
+}
+
+bool hasHostRules(std::string_view scheme)
+{
+    return isAnyOf(scheme, {"https", "http", "ftp", "ftps", "ws", "wss"});
+}
+
+bool isForbidden(std::string_view scheme)
+{
+    return isAnyOf(scheme, {"javascript", "data", "vbscript"});
+}
+
+/// Top-level domains that are better known as file endings or as words of programs.
+bool isCodeWord(std::string_view label)
+{
+    constexpr std::string_view words[] = {
+        "am",       "as",     "bz",    "cab",    "cat",  "cc",    "click", "data",   "date",       "day",
+        "email",    "events", "final", "group",  "host", "how",   "id",    "java",   "la",         "link",
+        "map",      "md",     "mk",    "ml",     "mm",   "mo",    "mov",   "name",   "new",        "next",
+        "now",      "off",    "open",  "page",   "pl",   "place", "pm",    "post",   "properties", "ps",
+        "pub",      "py",     "read",  "report", "rs",   "run",   "save",  "sc",     "search",     "select",
+        "services", "sh",     "show",  "so",     "st",   "style", "tab",   "target", "tf",         "top",
+        "total",    "vi",     "watch", "zip"};
+    return std::ranges::any_of(words, [label](std::string_view word) { return equalsFolded(label, word); });
+}
+
+class Detector
+{
+public:
+    explicit Detector(std::string_view text)
+        : m_text(text)
+        , m_scanner(text)
+    {
+        m_links.reserve(text.size() / 256);
+    }
+
+    std::vector<Link> run()
+    {
+        for (std::size_t at = m_scanner.next(0); at != std::string_view::npos;
+             at = m_scanner.next(std::max(at + 1, m_floor))) {
+            if (m_text[at] == '.')
+                readHost(at);
+            else if (m_text[at] == '@')
+                readMail(at);
+            else if (m_text.substr(at, 3) == "://")
+                readScheme(at);
+            else
+                readShortScheme(at);
+        }
+        return std::move(m_links);
+    }
+
+private:
+    char byteAt(std::size_t at) const { return at < m_text.size() ? m_text[at] : '\0'; }
+    char byteBefore(std::size_t at) const { return at > 0 ? m_text[at - 1] : '\0'; }
+    std::string_view slice(std::size_t begin, std::size_t end) const
+    {
+        return m_text.substr(begin, end - begin);
+    }
+
+    void add(std::size_t begin, std::size_t end, LinkForm form)
+    {
+        m_links.push_back({begin, std::uint32_t(std::min<std::size_t>(end - begin, UINT32_MAX)), form});
+        m_floor = end;
+    }
+
+    /// The end of what may follow a host and port: a path, a query, a fragment or nothing.
+    std::size_t hostTailEnd(std::size_t at, char before) const
+    {
+        return isOneOf(byteAt(at), "/?#") && at < m_text.size() ? tailEnd(m_text, at, before) : at;
+    }
+
+    void readScheme(std::size_t colon);
+    std::size_t schemeBegin(std::size_t colon) const;
+    std::size_t webAuthorityEnd(std::size_t at) const;
+    void readShortScheme(std::size_t colon);
+    bool isShortSchemeRest(std::string_view scheme, std::string_view rest) const;
+    void readHost(std::size_t dot);
+    bool isBareHost(const HostName &host, std::size_t dot) const;
+    void readMail(std::size_t at);
+
+    std::string_view m_text;
+    TriggerScanner m_scanner;
+    std::vector<Link> m_links;
+    std::size_t m_floor = 0; ///< end of the last link
+    std::size_t m_hostsRead = 0; ///< dots before this belong to a host that was looked at
+};
+
+/// The first letter of the scheme before `colon`; `colon` when there is none.
+std::size_t Detector::schemeBegin(std::size_t colon) const
+{
+    const std::size_t bound = std::max(m_floor, colon > longestScheme ? colon - longestScheme : 0);
+    std::size_t begin = colon;
+    while (begin > bound && hasClass(m_text[begin - 1], SchemeByte))
+        --begin;
+    // A word glued to a web address does not make another scheme of it, but "git+http" is one.
+    for (const std::string_view web : {"https", "http"}) {
+        if (colon - begin >= web.size() && equalsFolded(slice(colon - web.size(), colon), web)) {
+            const std::size_t from = colon - web.size();
+            if (from == begin || !isOneOf(m_text[from - 1], "+-"))
+                return from;
+        }
+    }
+    if (begin > m_floor && hasClass(m_text[begin - 1], SchemeByte))
+        return colon;
+    const auto isLetter = [](char c) { return hasClass(c, AlnumByte) && c > '9'; };
+    while (begin < colon && !isLetter(m_text[begin])) {
+        if (hasClass(m_text[begin], AlnumByte) && isLetter(m_text[begin + 1]))
+            return colon;
+        ++begin;
+    }
+    return begin;
+}
+
+/// The end of [user[:password]@]host[:port] as web addresses have it; `at` when it is none.
+std::size_t Detector::webAuthorityEnd(std::size_t at) const
+{
+    std::size_t host = at;
+    std::size_t runEnd;
+    HostName name = readHostName(m_text, at, &runEnd);
+    if (isOneOf(byteAt(runEnd), "@:%+~!$&*=.")) {
+        std::size_t user = at;
+        while (user < m_text.size() && user - at < longestUserPart
+               && hasClass(m_text[user], UserByte | WideByte))
+            ++user;
+        if (byteAt(user) == '@') {
+            const std::string_view name_ = slice(at, std::min(m_text.find(':', at), user));
+            const bool isUser = std::ranges::none_of(name_, [](char c) { return isOneOf(c, ",;"); });
+            if (isUser && user > at) {
+                host = user + 1;
+                name = readHostName(m_text, host, &runEnd);
+                if (byteAt(runEnd) == '@')
+                    return at;
+            }
+        }
+    }
+    std::size_t end = name.end;
+    if (byteAt(host) == '[') {
+        end = ipLiteralEnd(m_text, host);
+        if (end == host)
+            return at;
+    } else {
+        const bool endsInUnderscore =
+            name.hasDot() && slice(name.lastLabel, name.end).find('_') != std::string_view::npos;
+        if (!name.valid || endsInUnderscore)
+            return at;
+        // The glued "http://http://": the second one is the address.
+        if (!name.hasDot() && m_text.substr(end, 3) == "://" && hasHostRules(slice(host, end)))
+            return at;
+        const char next = byteAt(end + 1);
+        if (byteAt(end) == '.' && (next == '/' || (next == ':' && readPort(m_text, end + 1).number >= 0)))
+            ++end; // the root's dot
+    }
+    return readPort(m_text, end).end;
+}
+
+void Detector::readScheme(std::size_t colon)
+{
+    const std::size_t begin = schemeBegin(colon);
+    const std::string_view scheme = slice(begin, colon);
+    if (scheme.empty() || isForbidden(scheme))
+        return;
+    const char before = byteBefore(begin);
+    const std::size_t rest = colon + 3;
+    if (hasHostRules(scheme)) {
+        const std::size_t end = webAuthorityEnd(rest);
+        if (end > rest)
+            add(begin, hostTailEnd(end, before), LinkForm::Complete);
+        return;
+    }
+    const std::size_t end = tailEnd(m_text, rest, before);
+    const auto says = [](char c) { return hasClass(c, AlnumByte | WideByte) || c == '/'; };
+    if (std::ranges::any_of(slice(rest, end), says))
+        add(begin, end, LinkForm::Complete);
+}
+
+bool Detector::isShortSchemeRest(std::string_view scheme, std::string_view rest) const
+{
+    if (rest.empty())
+        return false;
+    const auto has = [rest](char c) { return rest.find(c) != std::string_view::npos; };
+    const auto digits = std::ranges::count_if(rest, [](char c) { return c >= '0' && c <= '9'; });
+    const char first = rest.front();
+    if (equalsFolded(scheme, "mailto"))
+        return std::ranges::any_of(rest, [](char c) { return hasClass(c, AlnumByte | WideByte); });
+    if (equalsFolded(scheme, "tel"))
+        return digits >= 2 && isOneOf(first, "+(*#-0123456789");
+    if (equalsFolded(scheme, "sms"))
+        return isOneOf(first, "+?&(0123456789") && rest.size() > 1;
+    if (equalsFolded(scheme, "geo"))
+        return isOneOf(first, "+-0123456789") && has(',');
+    if (equalsFolded(scheme, "maps"))
+        return has('=') || (first == '/' && rest.size() > 1);
+    return equalsFolded(scheme, "xmpp") && (has('@') || has('.'));
+}
+
+void Detector::readShortScheme(std::size_t colon)
+{
+    std::size_t begin = colon;
+    const std::size_t bound = std::max(m_floor, colon > 8 ? colon - 8 : 0);
+    while (begin > bound && hasClass(m_text[begin - 1], SchemeByte | HostByte))
+        --begin;
+    if (!isAnyOf(slice(begin, colon), {"mailto", "tel", "sms", "geo", "maps", "xmpp"}))
+        return;
+    const std::size_t end = tailEnd(m_text, colon + 1, byteBefore(begin));
+    if (isShortSchemeRest(slice(begin, colon), slice(colon + 1, end)))
+        add(begin, end, LinkForm::Complete);
+}
+
+/// The rules for hosts without a scheme that look at nothing but the name and what touches it.
+bool Detector::isBareHost(const HostName &host, std::size_t end) const
+{
+    if (!host.valid || !host.hasDot())
+        return false;
+    const std::string_view name = slice(host.begin, host.end);
+    const std::string_view last = slice(host.lastLabel, host.end);
+    if (last.front() >= '0' && last.front() <= '9')
+        return isIpv4Address(name);
+    if (!isTopLevelDomain(last) || slice(host.secondLastLabel, host.end).find('_') != std::string_view::npos)
+        return false;
+    const auto isUpper = [](char c) { return c >= 'A' && c <= 'Z'; };
+    const auto isLower = [](char c) { return c >= 'a' && c <= 'z'; };
+    if (std::ranges::any_of(last, isUpper) && std::ranges::any_of(last, isLower))
+        return false;
+    const std::string_view first = name.substr(0, name.find('.'));
+    if (isAnyOf(first, {"www"}))
+        return true;
+    if (isAnyOf(first, {"this", "self", "window", "document"}))
+        return false;
+    if (host.secondLastLabel != host.begin && isAnyOf(first, {"com", "org", "net", "edu", "gov", "io"}))
+        return false; // "org.example.app" is the name of a program
+    return byteAt(end) == '/' || !isCodeWord(last);
+}
+
+void Detector::readHost(std::size_t dot)
+{
+    if (dot < m_hostsRead)
+        return;
+    std::size_t begin = hostRunBegin(m_text, m_floor, dot);
+    const bool cut = begin > 0 && hasClass(m_text[begin - 1], HostByte);
+    begin = skipGluedPrefix(m_text, begin, dot);
+    const HostName host = readHostName(m_text, begin, &m_hostsRead);
+    m_hostsRead = std::max(m_hostsRead, dot + 1);
+    const char before = byteBefore(begin);
+    const Port port = readPort(m_text, host.end);
+    LinkForm form = LinkForm::Host;
+    if (before == '/' && begin > 2 && m_text[begin - 2] == '/' && isOneOf(m_text[begin - 3], "\"'(="))
+        form = LinkForm::NetworkPath;
+    else if (cut || (before && isOneOf(before, "@./\\-$#%")))
+        return;
+    if (m_text.substr(host.end, 3) == "://" || (byteAt(host.end) && isOneOf(byteAt(host.end), "(@={")))
+        return;
+    if (!isBareHost(host, host.end))
+        return;
+    const bool digitsFollow =
+        byteAt(host.end) == ':' && byteAt(host.end + 1) >= '0' && byteAt(host.end + 1) <= '9';
+    if (digitsFollow && (port.number < 1 || port.number > 65535))
+        return;
+    if (before == ':' && m_text.substr(begin - std::min<std::size_t>(begin, 2), 2) == "::")
+        return;
+    if (before == ':') {
+        std::size_t word = begin - 1;
+        while (word > m_floor && begin - word < longestScheme && hasClass(m_text[word - 1], AlnumByte))
+            --word;
+        if (isForbidden(slice(word, begin - 1)))
+            return;
+    }
+    const std::size_t from = form == LinkForm::NetworkPath ? begin - 2 : begin;
+    add(from, hostTailEnd(port.end, byteBefore(from)), form);
+}
+
+void Detector::readMail(std::size_t at)
+{
+    const std::size_t bound = std::max(m_floor, at > longestLocalPart ? at - longestLocalPart : 0);
+    std::size_t begin = at;
+    while (begin > bound) {
+        const char c = m_text[begin - 1];
+        if (hasClass(c, WideByte)) {
+            const WideCharacter wide = wideCharacterBefore(m_text, bound, begin);
+            if (wide.kind == WideKind::End || wide.kind == WideKind::Symbol)
+                break;
+            begin -= wide.length;
+        } else if (hasClass(c, LocalByte) && !(c == '.' && byteAt(begin) == '.')) {
+            --begin;
+        } else {
+            break;
+        }
+    }
+    if (begin > m_floor && hasClass(byteBefore(begin), LocalByte) && byteBefore(begin) != '.')
+        return; // longer than a local part may be
+    while (begin < at && isOneOf(m_text[begin], ".'"))
+        ++begin;
+    begin = skipGluedPrefix(m_text, begin, at);
+    if (begin == at || m_text[at - 1] == '.' || byteBefore(begin) == '@')
+        return;
+    std::size_t runEnd;
+    const HostName host = readHostName(m_text, at + 1, &runEnd);
+    const std::string_view name = slice(host.begin, host.end);
+    if (host.valid && host.hasDot() && isTopLevelDomain(slice(host.lastLabel, host.end))
+        && name.find('_') == std::string_view::npos && byteAt(host.end) != '@')
+        add(begin, host.end, LinkForm::Mail);
+}
+
+} // namespace
+
+std::vector<Link> findLinks(std::string_view utf8)
+{
+    return Detector(utf8).run();
+}
+
+} // namespace links
