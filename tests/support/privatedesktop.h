@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <sys/types.h>
+
 namespace support {
 
 /// A home with nothing but the programs that a test registers. They all are the recorder, which leaves a note
@@ -48,6 +50,8 @@ public:
     Outcome run(const QStringList &arguments, const QByteArray &input) const;
 
 private:
+    pid_t start(const QStringList &arguments) const;
+
     QTemporaryDir m_folder;
     QProcessEnvironment m_environment;
     QStringList m_defaults;
