@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/workspace.h"
 
+#include "platform/aliasfile.h"
 #include "platform/aliasresolver.h"
 #include "platform/applauncher.h"
 #include "platform/background.h"
@@ -85,6 +86,8 @@ void open(const QByteArray &path)
     const bool isFolder = S_ISDIR(status.st_mode);
     if (!isFolder && !S_ISREG(status.st_mode))
         return; // a pipe or device, which nobody should read
+    if (!isFolder && isAliasFile(path))
+        return; // it leads nowhere; what it says is for us alone
     QByteArray program;
     if (isFolder)
         program = programOfFolder(path);
@@ -112,9 +115,14 @@ void trash(const QString &path, const std::function<void(const Error &)> &onFail
 
 void openFile(const QString &path)
 {
-    const auto target = resolveAliasTarget(QFile::encodeName(path), nullptr);
-    if (target && gio())
-        runInBackground([target] { open(target->path); });
+    if (!gio())
+        return;
+    const QByteArray name = QFile::encodeName(path);
+    const auto target = resolveAliasTarget(name, nullptr);
+    if (target)
+        refreshAlias(name);
+    // The resolver gives up on places that might not answer; the background may wait for them.
+    runInBackground([place = target ? target->path : name] { open(place); });
 }
 
 void moveToTrash(const QString &path, std::function<void(const Error &)> onFailure)
