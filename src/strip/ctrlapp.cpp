@@ -4,6 +4,7 @@
 #include "links/openlink.h"
 #include "model/config.h"
 #include "platform/addressopener.h"
+#include "platform/applicationid.h"
 #include "platform/report.h"
 #include "platform/terminationsignals.h"
 #include "platform/userfolders.h"
@@ -50,6 +51,7 @@ ctrlApp::ctrlApp(int &argc, char **argv)
     : QApplication(argc, argv)
 {
     setApplicationName(QStringLiteral("pondWicket"));
+    setDesktopFileName(platform::applicationId());
     setAttribute(Qt::AA_DisableSessionManager);
     setQuitOnLastWindowClosed(false);
 }
