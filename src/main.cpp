@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "platform/childenvironment.h"
 #include "strip/ctrlapp.h"
 
 #include <QByteArray>
@@ -8,7 +9,7 @@ int main(int argc, char **argv)
     // A client of a Wayland compositor can neither place itself nor float: its X server can do both for us.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("WAYLAND_DISPLAY")
         && qEnvironmentVariableIsSet("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
+        platform::setOwnVariable("QT_QPA_PLATFORM", "xcb");
     ctrlApp app(argc, argv);
     return app.run();
 }
