@@ -172,59 +172,101 @@ QImage sundries(qreal scale, const QColor &background)
     return image;
 }
 
+/// A strip of every theme, for the documents.
+QImage overview(Config &config)
+{
+    constexpr int tiles = 8;
+    constexpr int scale = 2;
+    const QStringList &all = config.availableThemes();
+    const QSize size((tiles + 2) * tileSize + 2 * capLength, int(all.size()) * (tileSize + margin) - margin);
+    QImage image = canvas(size + QSize(2 * margin, 2 * margin), scale, lightDesktop);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    QPoint corner(margin, margin);
+    for (const QString &theme : all) {
+        config.setCurrentTheme(theme);
+        // From the whole list, since neighbours are often variants of one picture.
+        QStringList icons;
+        const QStringList names = builtInIconNames(theme);
+        for (int i = 0; i < tiles; ++i)
+            icons += i < names.size()
+                ? names.at(i * qMax<qsizetype>(names.size() - 1, tiles - 1) / (tiles - 1))
+                : QStringLiteral("default");
+        drawStrip(painter, corner, config, icons, scale);
+        corner += QPoint(0, tileSize + margin);
+    }
+    return image;
+}
+
 /// Tells whoever makes a theme which of its files the strip uses, and at what size.
 void describe(const Config &config)
 {
-    const auto line = [](const QString &folder, const QString &name) {
+    const auto line = [](const QString &folder, const QString &name, const QString &without) {
         const QImage image = imageFromFile(folder + QLatin1Char('/') + name + QStringLiteral(".png"), 2);
         const QSizeF size = image.deviceIndependentSize();
-        platform::report(image.isNull() ? QStringLiteral("%1: no picture, the built-in one shows").arg(name)
-                                        : QStringLiteral("%1: %2 x %3 points, %4 pixels a point")
-                                              .arg(name)
-                                              .arg(size.width())
-                                              .arg(size.height())
-                                              .arg(image.devicePixelRatio()));
+        const bool isCap = name.startsWith(QLatin1String("tab-"));
+        const QSizeF place = isCap && name.endsWith(QLatin1String("-vertical")) ? QSizeF(tileSize, capLength)
+            : isCap || name == QLatin1String("close") || name == QLatin1String("minimize")
+            ? QSizeF(capLength, tileSize)
+            : QSizeF(tileSize, tileSize);
+        if (image.isNull())
+            return platform::report(QStringLiteral("%1: no picture; %2 shows").arg(name, without));
+        const bool fits = size.width() <= place.width() && size.height() <= place.height();
+        platform::report(QStringLiteral("%1: %2 x %3 points%4")
+                             .arg(name)
+                             .arg(size.width())
+                             .arg(size.height())
+                             .arg(fits ? QString() : QStringLiteral(", more than its place shows")));
     };
+    const QString theme = config.currentTheme();
     for (const QString &name : chromeElementNames())
-        line(chromeFolderURL(config, config.currentTheme()), name);
+        line(chromeFolderURL(config, theme), name, QStringLiteral("the built-in one"));
     for (const QString &name : currentThemeIconNames(config))
-        line(iconsFolderURL(config, config.currentTheme()), name);
+        line(iconsFolderURL(config, theme), name, QStringLiteral("the question mark"));
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen"); // nothing is shown
     QGuiApplication application(argc, argv);
     const QStringList arguments = QGuiApplication::arguments();
-    if (arguments.size() < 2 || arguments.size() > 3) {
+    const bool forOneTheme = arguments.size() == 3;
+    const QFileInfo folder(QDir::cleanPath(arguments.value(2)));
+    if (arguments.size() < 2 || arguments.size() > 3 || (forOneTheme && !folder.isDir())) {
         platform::report(QStringLiteral("gallery OUTPUT-FOLDER [THEME-FOLDER]"));
         return 2;
     }
     const QDir output(arguments.at(1));
     QTemporaryDir documents;
     Config config(documents.path(), documents.path());
-    if (arguments.size() == 3) {
-        const QFileInfo theme(arguments.at(2));
-        const QString place = QFileInfo(chromeFolderURL(config, theme.fileName())).path();
+    if (forOneTheme) {
+        const QString place = QFileInfo(chromeFolderURL(config, folder.fileName())).path();
         QDir().mkpath(QFileInfo(place).path());
-        QFile::link(theme.absoluteFilePath(), place);
-        config.setAvailableThemes({theme.fileName()});
-        config.setCurrentTheme(theme.fileName());
+        QFile::link(folder.canonicalFilePath(), place);
+        config.setAvailableThemes({folder.fileName()});
+        config.setCurrentTheme(folder.fileName());
         describe(config);
     } else {
         installBuiltInThemes(config);
     }
 
     bool written = output.mkpath(QStringLiteral("."));
+    const auto save = [&](const QString &name, const QImage &image) {
+        written = written && image.save(output.filePath(name + QStringLiteral(".png")));
+    };
     for (const QString &theme : config.availableThemes()) {
         config.setCurrentTheme(theme);
-        const QImage image = onBothDesktops(
-            [&config](qreal scale, const QColor &background) { return desktop(config, scale, background); });
-        written = written && image.save(output.filePath(theme + QStringLiteral(".png")));
+        save(theme, onBothDesktops([&config](qreal scale, const QColor &background) {
+                 return desktop(config, scale, background);
+             }));
     }
-    if (arguments.size() == 2)
-        written = written && onBothDesktops(sundries).save(output.filePath(QStringLiteral("symbols.png")));
+    if (!forOneTheme) {
+        save(QStringLiteral("symbols"), onBothDesktops(sundries));
+        save(QStringLiteral("themes"), overview(config));
+    }
     platform::report(written ? QStringLiteral("The pictures are in ") + output.absolutePath()
                              : QStringLiteral("The pictures could not be written"));
     return written ? 0 : 1;
