@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/childenvironment.h"
+#include "platform/endprocess.h"
 #include "strip/ctrlapp.h"
 
 #include <QByteArray>
@@ -11,5 +12,7 @@ int main(int argc, char **argv)
         && qEnvironmentVariableIsSet("DISPLAY"))
         platform::setOwnVariable("QT_QPA_PLATFORM", "xcb");
     ctrlApp app(argc, argv);
-    return app.run();
+    const int status = app.run();
+    platform::endProcess(status);
+    return status;
 }

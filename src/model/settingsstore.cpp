@@ -64,12 +64,17 @@ void loadSettings(Config &config)
         platform::report(error.description());
         return;
     }
-    config.setCurrentTheme(data->currentTheme);
-    config.setAvailableThemes(data->availableThemes);
-    config.setShowsDate(data->showsDate);
-    config.setDirection(data->direction);
-    config.setAppIcon(data->appIcon);
-    config.setTileItems(data->tileItems);
+    assignSettings(config, *data);
+}
+
+void assignSettings(Config &config, const SettingsData &data)
+{
+    config.setCurrentTheme(data.currentTheme);
+    config.setAvailableThemes(data.availableThemes);
+    config.setShowsDate(data.showsDate);
+    config.setDirection(data.direction);
+    config.setAppIcon(data.appIcon);
+    config.setTileItems(data.tileItems);
 }
 
 void saveSettings(const Config &config)

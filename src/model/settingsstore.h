@@ -22,6 +22,9 @@ std::optional<SettingsData> readSettingsFile(const QString &path, platform::Erro
 /// unusable.
 void loadSettings(Config &config);
 
+/// Takes over a record that was read, one change a field.
+void assignSettings(Config &config, const SettingsData &data);
+
 /// Writes the stored fields to the file, after a safety copy of the same bytes (safetycopies.h).
 void saveSettings(const Config &config);
 

@@ -33,15 +33,6 @@ Pending &pending()
     return *state;
 }
 
-void waitAtExit()
-{
-    std::unique_lock lock(pending().guard);
-    pending().watchesExit = false;
-    pending().finished.wait_for(lock, patienceAtExit, [] { return pending().count == 0; });
-    lock.unlock();
-    QCoreApplication::sendPostedEvents(QCoreApplication::instance(), QEvent::MetaCall);
-}
-
 void countDown()
 {
     const std::scoped_lock lock(pending().guard);
@@ -51,13 +42,22 @@ void countDown()
 
 } // namespace
 
+void waitForBackground()
+{
+    std::unique_lock lock(pending().guard);
+    pending().watchesExit = false;
+    pending().finished.wait_for(lock, patienceAtExit, [] { return pending().count == 0; });
+    lock.unlock();
+    QCoreApplication::sendPostedEvents(QCoreApplication::instance(), QEvent::MetaCall);
+}
+
 bool runInBackground(std::function<void()> work)
 {
     {
         const std::scoped_lock lock(pending().guard);
         ++pending().count;
         if (!pending().watchesExit)
-            qAddPostRoutine(waitAtExit);
+            qAddPostRoutine(waitForBackground);
         pending().watchesExit = true;
     }
     try {

@@ -11,6 +11,9 @@ namespace platform {
 /// then.
 bool runInBackground(std::function<void()> work);
 
+/// Waits for what is under way, a few seconds at most, and lets its last calls run here.
+void waitForBackground();
+
 /// From the background: runs the call on the interface thread in its next turn, at the latest when the
 /// application object goes.
 void runOnInterfaceThread(std::function<void()> call);

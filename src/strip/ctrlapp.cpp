@@ -14,12 +14,17 @@
 #include "strip/contentview.h"
 #include "strip/services.h"
 #include "strip/startup.h"
+#include "themes/imagecache.h"
 
 #include <QTimer>
 
+#include <chrono>
 #include <optional>
 
 namespace {
+
+/// After the last change, before the pictures are saved for the next start.
+constexpr std::chrono::seconds idleTime(2);
 
 /// Hands everything to the desktop.
 class DesktopOpener : public links::LinkOpener
@@ -45,6 +50,7 @@ struct ctrlApp::Parts
     StripServices services;
     std::optional<ContentView> strip;
     std::optional<AppDelegate> appDelegate;
+    QTimer idleTimer;
 };
 
 ctrlApp::ctrlApp(int &argc, char **argv)
@@ -80,6 +86,12 @@ int ctrlApp::run()
         connect(&strip, &ContentView::contextMenuRequested, commands, &Commands::showMenus);
         connect(commands, &Commands::quitRequested, this, [] { quit(); });
     });
+    QTimer &idleTimer = m_parts->idleTimer;
+    idleTimer.setSingleShot(true);
+    idleTimer.setInterval(idleTime);
+    connect(&idleTimer, &QTimer::timeout, this, &themes::saveImageCache);
+    connect(&m_parts->config, &Config::redrawNeeded, &idleTimer, qOverload<>(&QTimer::start));
+    idleTimer.start();
     return exec();
 }
 

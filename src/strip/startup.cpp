@@ -15,27 +15,27 @@ namespace {
 
 constexpr int sampleTileCount = 3;
 
-/// True when there is a file that decodes and names a theme.
-bool hasUsableSettings(const Config &config)
+/// The record of a file that decodes and names a theme.
+std::optional<SettingsData> usableSettings(const Config &config)
 {
     const QString path = model::settingsFileURL(config);
     if (!platform::itemExists(path))
-        return false;
+        return std::nullopt;
     platform::Error error;
-    const std::optional<SettingsData> settings = model::readSettingsFile(path, &error);
-    if (!settings) {
+    std::optional<SettingsData> settings = model::readSettingsFile(path, &error);
+    if (!settings)
         platform::report(error.description());
-        return false;
-    }
-    return !settings->currentTheme.isEmpty();
+    else if (settings->currentTheme.isEmpty())
+        settings.reset();
+    return settings;
 }
 
 } // namespace
 
 void loadOrCreateSettings(Config &config)
 {
-    if (hasUsableSettings(config)) {
-        model::loadSettings(config);
+    if (const std::optional<SettingsData> settings = usableSettings(config)) {
+        model::assignSettings(config, *settings); // not loadSettings(): a large file would be read twice
         themes::applyAppIcon(config);
         return;
     }
