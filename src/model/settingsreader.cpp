@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <string>
 
 #include <rapidjson/error/en.h>
@@ -64,7 +63,7 @@ constexpr std::array<Field, FieldCount> fields = {{
     {QLatin1String("itemName"), Type::Text},
 }};
 
-/// The records' places in `fields`; records stand inside one another in this order.
+/// Where each record's keys begin; the records stand inside one another in this order.
 constexpr std::array<int, 4> firstField = {CurrentTheme, TileId, LinkId, FieldCount};
 
 QString nameOf(Type type)
@@ -89,16 +88,22 @@ class RecordReader
 public:
     using Ch = char;
 
-    explicit RecordReader(const rapidjson::InsituStringStream &stream)
+    explicit RecordReader(rapidjson::InsituStringStream &stream)
         : m_stream(stream)
     {
     }
 
     SettingsData takeData() { return std::move(m_data); }
-    /// Why the events ended early; empty when the parser gave up by itself.
+    /// Why a value was refused.
     const QString &problem() const { return m_problem; }
-    /// Offset of the value that the problem is about: past the last token that was right.
-    size_t lastGoodEnd() const { return m_lastEnd; }
+    /// Where that value begins: the parser only tells where it was when it had read it.
+    qsizetype problemOffset(QByteArrayView bytes) const
+    {
+        qsizetype offset = m_end;
+        while (offset < bytes.size() && QByteArrayView(" \t\r\n:,").contains(bytes[offset]))
+            ++offset;
+        return offset;
+    }
 
     bool Null() { return value(std::nullopt); }
     bool Bool(bool truth)
@@ -215,7 +220,7 @@ private:
 
     bool passed()
     {
-        m_lastEnd = const_cast<rapidjson::InsituStringStream &>(m_stream).Tell();
+        m_end = qsizetype(m_stream.Tell());
         return true;
     }
 
@@ -320,9 +325,9 @@ private:
         return false;
     }
 
-    const rapidjson::InsituStringStream &m_stream;
+    rapidjson::InsituStringStream &m_stream;
     QString m_problem;
-    size_t m_lastEnd = 0;
+    qsizetype m_end = 0; // of the last token that was right
     int m_depth = 0;
     int m_ignoredDepth = 0; // of the objects and arrays open inside a value that is not ours
     int m_level = -1; // of the record being read
@@ -337,17 +342,9 @@ private:
     SettingsData m_data = {{}, {}, false, {}, {}, {}};
 };
 
-/// The text as UTF-8 without a mark. Nothing when it does not decode.
-std::optional<QByteArray> unmarked(QByteArrayView bytes)
+/// The text behind the byte-order mark of UTF-16 or UTF-32 as UTF-8. Nothing when it does not decode.
+std::optional<QByteArray> narrowed(QByteArrayView bytes, int unit, bool bigEndian)
 {
-    if (bytes.startsWith("\xEF\xBB\xBF"))
-        return bytes.sliced(3).toByteArray();
-    const bool wide = bytes.startsWith(QByteArrayView("\xFF\xFE\0\0", 4))
-        || bytes.startsWith(QByteArrayView("\0\0\xFE\xFF", 4));
-    if (!wide && !bytes.startsWith("\xFF\xFE") && !bytes.startsWith("\xFE\xFF"))
-        return bytes.toByteArray();
-    const int unit = wide ? 4 : 2;
-    const bool bigEndian = quint8(bytes[unit - 1]) == 0xFF && quint8(bytes[0]) != 0xFF;
     if (bytes.size() % unit != 0)
         return std::nullopt;
     QString text;
@@ -355,9 +352,12 @@ std::optional<QByteArray> unmarked(QByteArrayView bytes)
         char32_t c = 0;
         for (int b = 0; b < unit; ++b)
             c = c << 8 | quint8(bytes[bigEndian ? i + b : i + unit - 1 - b]);
-        if (wide && (c > QChar::LastValidCodePoint || QChar::isSurrogate(c)))
+        if (unit == 2)
+            text += QChar(char16_t(c));
+        else if (c > QChar::LastValidCodePoint || QChar::isSurrogate(c))
             return std::nullopt;
-        text += QChar::fromUcs4(c);
+        else
+            text += QChar::fromUcs4(c);
     }
     if (!text.isValidUtf16())
         return std::nullopt;
@@ -374,55 +374,53 @@ QString placeOf(QByteArrayView bytes, qsizetype offset)
     return QStringLiteral("line %1, column %2").arg(line).arg(column);
 }
 
-void describe(platform::Error *error, int code, const QString &problem, const QString &place)
-{
-    if (error) {
-        *error = {QStringLiteral("JSON"), code,
-                  QStringLiteral("The settings file is not valid: %1 (%2).").arg(problem, place), QString()};
-    }
-}
-
 } // namespace
 
 std::optional<SettingsData> settingsFromJson(QByteArrayView bytes, platform::Error *error)
 {
-    const auto text = unmarked(bytes);
-    if (!text) {
-        describe(error, rapidjson::kParseErrorStringInvalidEncoding,
-                 QStringLiteral("it is not valid Unicode"), QStringLiteral("line 1, column 1"));
+    const auto failed = [&](int code, const QString &problem, qsizetype offset) {
+        if (error) {
+            *error = {QStringLiteral("JSON"), code,
+                      QStringLiteral("The settings file is not valid: %1 (%2).")
+                          .arg(problem, placeOf(bytes, offset)),
+                      QString()};
+        }
         return std::nullopt;
+    };
+
+    constexpr QByteArrayView utf32le("\xFF\xFE\0\0", 4);
+    constexpr QByteArrayView utf32be("\0\0\xFE\xFF", 4);
+    std::optional<QByteArray> narrow;
+    if (bytes.startsWith("\xEF\xBB\xBF")) {
+        bytes = bytes.sliced(3);
+    } else if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF") || bytes.startsWith(utf32be)) {
+        const bool wide = bytes.startsWith(utf32le) || bytes.startsWith(utf32be);
+        narrow = narrowed(bytes, wide ? 4 : 2, quint8(bytes[0]) != 0xFF);
+        if (!narrow)
+            return failed(rapidjson::kParseErrorStringInvalidEncoding,
+                          QStringLiteral("it is not valid Unicode"), 0);
+        bytes = *narrow;
     }
-    QByteArray scratch(text->constData(), text->size()); // the parser decodes strings where they stand
+
+    QByteArray scratch = bytes.toByteArray(); // the parser decodes strings where they stand
     rapidjson::InsituStringStream stream(scratch.data());
     RecordReader records(stream);
     rapidjson::Reader reader;
-    // Iterative: no depth of nesting can exhaust the stack. Numbers as text: one past all limits is still
-    // JSON.
-    const rapidjson::ParseResult result =
-        reader.Parse<rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag
-                     | rapidjson::kParseNumbersAsStringsFlag>(stream, records);
+    // Iterative: no depth of nesting can exhaust the stack.
+    constexpr unsigned flags =
+        rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
+    const rapidjson::ParseResult result = reader.Parse<flags>(stream, records);
+    if (result.Code() == rapidjson::kParseErrorTermination)
+        return failed(result.Code(), records.problem(), records.problemOffset(bytes));
     if (!result) {
-        QString problem = records.problem();
-        qsizetype offset = qsizetype(result.Offset());
-        if (problem.isEmpty()) {
-            problem = QString::fromLatin1(rapidjson::GetParseError_En(result.Code()));
-            if (problem.endsWith(u'.'))
-                problem.chop(1);
-        } else {
-            // The parser says where the value ended; the reader wants to see where it begins.
-            offset = qsizetype(records.lastGoodEnd());
-            while (offset < text->size() && strchr(" \t\r\n:,", text->at(offset)))
-                ++offset;
-        }
-        describe(error, result.Code(), problem, placeOf(*text, qMin(offset, text->size())));
-        return std::nullopt;
+        QString problem = QString::fromLatin1(rapidjson::GetParseError_En(result.Code()));
+        problem.chop(problem.endsWith(u'.') ? 1 : 0);
+        return failed(result.Code(), problem, qMin(qsizetype(result.Offset()), bytes.size()));
     }
     // The parser takes a NUL for the end of the text.
-    if (const qsizetype end = qsizetype(stream.Tell()); end < text->size()) {
-        describe(error, rapidjson::kParseErrorDocumentRootNotSingular,
-                 QStringLiteral("text follows the root object"), placeOf(*text, end));
-        return std::nullopt;
-    }
+    if (const qsizetype end = qsizetype(stream.Tell()); end < bytes.size())
+        return failed(rapidjson::kParseErrorDocumentRootNotSingular,
+                      QStringLiteral("text follows the root object"), end);
     return records.takeData();
 }
 
