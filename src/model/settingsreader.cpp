@@ -4,8 +4,7 @@
 #include "platform/uri.h"
 
 #include <algorithm>
-#include <array>
-#include <string>
+#include <utility>
 
 #include <rapidjson/error/en.h>
 #include <rapidjson/reader.h>
@@ -18,7 +17,7 @@ enum class Type { Text, Truth, Uuid, Address, Texts, Tiles, Links };
 
 struct Field
 {
-    QLatin1String key;
+    const char *key;
     Type type;
 };
 
@@ -41,30 +40,30 @@ enum FieldIndex {
     ItemString,
     ItemName,
     FieldCount,
-    NoField = FieldCount, // the value of a key that is not ours
+    NoField = -1, // the value of a key that is not ours
 };
 
-constexpr std::array<Field, FieldCount> fields = {{
-    {QLatin1String("currentTheme"), Type::Text},
-    {QLatin1String("availableThemes"), Type::Texts},
-    {QLatin1String("showsDate"), Type::Truth},
-    {QLatin1String("direction"), Type::Text},
-    {QLatin1String("appIcon"), Type::Text},
-    {QLatin1String("tileItems"), Type::Tiles},
-    {QLatin1String("id"), Type::Uuid},
-    {QLatin1String("iconName"), Type::Text},
-    {QLatin1String("tileName"), Type::Text},
-    {QLatin1String("tileDirectory"), Type::Address},
-    {QLatin1String("showsScratchpad"), Type::Truth},
-    {QLatin1String("scratchpadText"), Type::Text},
-    {QLatin1String("tileMenuItems"), Type::Links},
-    {QLatin1String("id"), Type::Uuid},
-    {QLatin1String("itemString"), Type::Text},
-    {QLatin1String("itemName"), Type::Text},
-}};
+constexpr Field fields[FieldCount] = {
+    {"currentTheme", Type::Text},
+    {"availableThemes", Type::Texts},
+    {"showsDate", Type::Truth},
+    {"direction", Type::Text},
+    {"appIcon", Type::Text},
+    {"tileItems", Type::Tiles},
+    {"id", Type::Uuid},
+    {"iconName", Type::Text},
+    {"tileName", Type::Text},
+    {"tileDirectory", Type::Address},
+    {"showsScratchpad", Type::Truth},
+    {"scratchpadText", Type::Text},
+    {"tileMenuItems", Type::Links},
+    {"id", Type::Uuid},
+    {"itemString", Type::Text},
+    {"itemName", Type::Text},
+};
 
 /// Where each record's keys begin; the records stand inside one another in this order.
-constexpr std::array<int, 4> firstField = {CurrentTheme, TileId, LinkId, FieldCount};
+constexpr int firstField[] = {CurrentTheme, TileId, LinkId, FieldCount};
 
 QString nameOf(Type type)
 {
@@ -83,207 +82,160 @@ QString nameOf(Type type)
 }
 
 /// Takes the parser's events and fills the records, without a tree of values between.
-class RecordReader
+class RecordReader : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, RecordReader>
 {
 public:
-    using Ch = char;
-
     explicit RecordReader(rapidjson::InsituStringStream &stream)
         : m_stream(stream)
     {
     }
 
     SettingsData takeData() { return std::move(m_data); }
-    /// Why a value was refused.
+    /// Why a value was refused, and where it begins.
     const QString &problem() const { return m_problem; }
-    /// Where that value begins: the parser only tells where it was when it had read it.
-    qsizetype problemOffset(QByteArrayView bytes) const
-    {
-        qsizetype offset = m_end;
-        while (offset < bytes.size() && QByteArrayView(" \t\r\n:,").contains(bytes[offset]))
-            ++offset;
-        return offset;
-    }
+    qsizetype problemOffset() const { return m_problemOffset; }
 
-    bool Null() { return value(std::nullopt); }
+    bool Null() { return isIgnored() || wrongType(4); }
+    bool RawNumber(const char *, rapidjson::SizeType, bool) { return isIgnored() || wrongType(); }
+
     bool Bool(bool truth)
     {
-        if (!isOurs())
-            return passed();
+        if (isIgnored())
+            return true;
         if (!expects(Type::Truth))
+            return wrongType(truth ? 4 : 5);
+        m_truths[field()] = truth;
+        return true;
+    }
+
+    bool String(const char *characters, rapidjson::SizeType size, bool)
+    {
+        const QByteArrayView text(characters, size);
+        if (!isUnicode(text) || isIgnored())
+            return m_problem.isEmpty();
+        if (m_inArray && expects(Type::Texts)) {
+            m_data.availableThemes.append(QString::fromUtf8(text));
+            return true;
+        }
+        if (m_level < 0 || m_inArray)
             return wrongType();
-        m_truths[size_t(field())] = truth;
-        return passed();
-    }
-    bool RawNumber(const char *, rapidjson::SizeType, bool) { return value(std::nullopt); }
-    // Numbers come as the text above; these are never called.
-    bool Int(int) { return value(std::nullopt); }
-    bool Uint(unsigned) { return value(std::nullopt); }
-    bool Int64(int64_t) { return value(std::nullopt); }
-    bool Uint64(uint64_t) { return value(std::nullopt); }
-    bool Double(double) { return value(std::nullopt); }
-
-    bool String(const char *text, rapidjson::SizeType size, bool)
-    {
-        const QByteArrayView bytes(text, size);
-        return isText(bytes) && value(bytes);
+        if (expects(Type::Uuid)) {
+            const auto id = uuidFromText(text);
+            m_ids[m_level] = id.value_or(QUuid());
+            return id || wrongType();
+        }
+        m_texts[field()] = QString::fromUtf8(text);
+        return expects(Type::Text)
+            || (expects(Type::Address) && platform::parseUriReference(m_texts[field()])) || wrongType();
     }
 
-    bool Key(const char *text, rapidjson::SizeType size, bool)
+    bool Key(const char *characters, rapidjson::SizeType size, bool)
     {
-        const QByteArrayView name(text, size);
-        if (!isText(name))
+        const QByteArrayView name(characters, size);
+        if (!isUnicode(name))
             return false;
         if (m_ignoredDepth > 0)
-            return passed();
-        int &current = m_current[size_t(m_level)];
-        current = NoField;
-        for (int i = firstField[size_t(m_level)]; i < firstField[size_t(m_level) + 1]; ++i) {
+            return true;
+        m_current[m_level] = NoField;
+        for (int i = firstField[m_level]; i < firstField[m_level + 1]; ++i) {
             // The first of two equal keys counts.
-            if (!(m_seen & 1u << i)
-                && name == QByteArrayView(fields[size_t(i)].key.data(), fields[size_t(i)].key.size())) {
+            if (!(m_seen & 1u << i) && name == fields[i].key) {
                 m_seen |= 1u << i;
-                current = i;
+                m_current[m_level] = i;
                 break;
             }
         }
-        return passed();
+        return true;
     }
 
     bool StartObject()
     {
         if (!enter())
             return false;
-        if (m_level >= 0 && (!isOurs() || m_ignoredDepth > 0)) {
-            ++m_ignoredDepth;
-            return passed();
-        }
+        if (m_ignoredDepth > 0)
+            return true;
         if (m_level >= 0 && !(m_inArray && (expects(Type::Tiles) || expects(Type::Links))))
             return wrongType();
         ++m_level;
         m_inArray = false;
-        for (int i = firstField[size_t(m_level)]; i < firstField[size_t(m_level) + 1]; ++i)
+        for (int i = firstField[m_level]; i < firstField[m_level + 1]; ++i)
             m_seen &= ~(1u << i);
-        return passed();
+        return true;
     }
 
     bool EndObject(rapidjson::SizeType)
     {
-        --m_depth;
-        if (m_ignoredDepth > 0) {
-            --m_ignoredDepth;
-            return passed();
-        }
-        for (int i = firstField[size_t(m_level)]; i < firstField[size_t(m_level) + 1]; ++i) {
+        if (leave())
+            return true;
+        for (int i = firstField[m_level]; i < firstField[m_level + 1]; ++i) {
             if (!(m_seen & 1u << i)) {
-                m_current[size_t(m_level)] = i;
-                return fails(QStringLiteral("is missing"));
+                m_current[m_level] = i;
+                return fail(fieldPath() + QStringLiteral(" is missing"));
             }
         }
         finishRecord();
         --m_level;
         m_inArray = true;
-        return passed();
+        return true;
     }
 
     bool StartArray()
     {
         if (!enter())
             return false;
-        if (m_level >= 0 && (!isOurs() || m_ignoredDepth > 0)) {
-            ++m_ignoredDepth;
-            return passed();
-        }
-        if (m_level < 0 || m_inArray || fields[size_t(field())].type < Type::Texts)
+        if (m_ignoredDepth > 0)
+            return true;
+        if (m_level < 0 || m_inArray || fields[field()].type < Type::Texts)
             return wrongType();
         m_inArray = true;
-        return passed();
+        return true;
     }
 
     bool EndArray(rapidjson::SizeType)
     {
-        --m_depth;
-        if (m_ignoredDepth > 0)
-            --m_ignoredDepth;
-        else
+        if (!leave())
             m_inArray = false;
-        return passed();
+        return true;
     }
 
 private:
     static constexpr int maxDepth = 512;
 
-    int field() const { return m_current[size_t(m_level)]; }
-    /// Whether the value that comes belongs to a record.
-    bool isOurs() const { return m_ignoredDepth == 0 && (m_level < 0 || field() != NoField); }
-    bool expects(Type type) const { return m_level >= 0 && fields[size_t(field())].type == type; }
-
-    bool passed()
-    {
-        m_end = qsizetype(m_stream.Tell());
-        return true;
-    }
-
-    /// The parser checks neither raw bytes nor escapes that name half a surrogate pair; both end here.
-    bool isText(QByteArrayView bytes)
-    {
-        if (bytes.isValidUtf8())
-            return true;
-        m_problem = QStringLiteral("a string is not valid Unicode");
-        return false;
-    }
+    int field() const { return m_current[m_level]; }
+    bool expects(Type type) const { return m_level >= 0 && fields[field()].type == type; }
+    /// Whether the value that comes belongs to a key that is not ours.
+    bool isIgnored() const { return m_ignoredDepth > 0 || (m_level >= 0 && field() == NoField); }
 
     bool enter()
     {
-        if (++m_depth <= maxDepth)
-            return true;
-        m_problem = QStringLiteral("it is nested too deeply");
-        return false;
+        m_ignoredDepth += isIgnored();
+        return ++m_depth <= maxDepth || fail(QStringLiteral("it is nested too deeply"));
     }
 
-    /// A string, or a value that is never right.
-    bool value(std::optional<QByteArrayView> text)
+    /// True when what ends was not ours.
+    bool leave()
     {
-        if (!isOurs())
-            return passed();
-        if (!text || m_level < 0)
-            return wrongType();
-        const Type type = fields[size_t(field())].type;
-        if (m_inArray) {
-            if (type != Type::Texts)
-                return wrongType();
-            m_data.availableThemes.append(QString::fromUtf8(*text));
-            return passed();
-        }
-        switch (type) {
-        case Type::Uuid:
-            if (const auto id = uuidFromText(*text)) {
-                m_ids[size_t(m_level)] = *id;
-                return passed();
-            }
-            return wrongType();
-        case Type::Address:
-        case Type::Text:
-            m_texts[size_t(field())] = QString::fromUtf8(*text);
-            return type == Type::Text || platform::parseUriReference(m_texts[size_t(field())]) ? passed()
-                                                                                               : wrongType();
-        default:
-            return wrongType();
-        }
+        --m_depth;
+        return m_ignoredDepth > 0 && m_ignoredDepth--;
+    }
+
+    /// The parser checks neither raw bytes nor escapes that name half a surrogate pair; both end here.
+    bool isUnicode(QByteArrayView text)
+    {
+        return text.isValidUtf8() || fail(QStringLiteral("a string is not valid Unicode"));
     }
 
     void finishRecord()
     {
-        const auto text = [this](FieldIndex index) { return std::move(m_texts[size_t(index)]); };
+        const auto text = [this](FieldIndex index) { return std::move(m_texts[index]); };
         switch (m_level) {
         case 2:
             m_links.append({m_ids[2], text(ItemString), text(ItemName)});
             break;
         case 1:
             m_data.tileItems.append({m_ids[1], text(IconName), text(TileName), text(TileDirectory),
-                                     m_truths[ShowsScratchpad], text(ScratchpadText), std::move(m_links),
-                                     false});
-            m_links = {};
+                                     m_truths[ShowsScratchpad], text(ScratchpadText),
+                                     std::exchange(m_links, {}), false});
             break;
         default:
             m_data.currentTheme = text(CurrentTheme);
@@ -293,27 +245,32 @@ private:
         }
     }
 
-    bool wrongType()
+    /// Refuses the value whose first `back` bytes the parser has already passed.
+    bool wrongType(int back = 0)
     {
-        if (m_level < 0) {
-            m_problem = QStringLiteral("it is not an object");
-            return false;
-        }
-        const Type type = fields[size_t(field())].type;
-        if (!m_inArray)
-            return fails(QStringLiteral("is not ") + nameOf(type));
-        return fails(type == Type::Texts ? QStringLiteral("is not a string")
-                                         : QStringLiteral("is not an object"));
+        if (m_level < 0)
+            return fail(QStringLiteral("it is not an object"), back);
+        const Type type = fields[field()].type;
+        const QString wanted = !m_inArray ? nameOf(type)
+            : type == Type::Texts         ? nameOf(Type::Text)
+                                          : QStringLiteral("an object");
+        return fail(fieldPath() + QStringLiteral(" is not ") + wanted, back);
     }
 
-    bool fails(const QString &what)
+    bool fail(const QString &problem, int back = 0)
+    {
+        m_problem = problem;
+        m_problemOffset = qsizetype(m_stream.Tell()) - back;
+        return false;
+    }
+
+    /// “tileItems[0].id”, for the value that is being read.
+    QString fieldPath() const
     {
         QString path;
         for (int level = 0; level <= m_level; ++level) {
-            const Field &step = fields[size_t(m_current[size_t(level)])];
-            if (level > 0)
-                path += u'.';
-            path += step.key;
+            const Field &step = fields[m_current[level]];
+            path += (level > 0 ? QStringLiteral(".") : QString()) + QLatin1String(step.key);
             if (level == m_level && !m_inArray)
                 break;
             const qsizetype index = step.type == Type::Texts ? m_data.availableThemes.size()
@@ -321,23 +278,22 @@ private:
                                                              : m_links.size();
             path += u'[' + QString::number(index) + u']';
         }
-        m_problem = QStringLiteral("“%1” %2").arg(path, what);
-        return false;
+        return QStringLiteral("“%1”").arg(path);
     }
 
     rapidjson::InsituStringStream &m_stream;
     QString m_problem;
-    qsizetype m_end = 0; // of the last token that was right
+    qsizetype m_problemOffset = 0;
     int m_depth = 0;
     int m_ignoredDepth = 0; // of the objects and arrays open inside a value that is not ours
     int m_level = -1; // of the record being read
     bool m_inArray = false; // of that record's current field
-    std::array<int, 3> m_current = {NoField, NoField, NoField}; // by level
+    int m_current[3] = {NoField, NoField, NoField}; // by level
     unsigned m_seen = 0; // one bit a field
-    // The records being read, by field and level.
-    std::array<QString, FieldCount> m_texts;
-    std::array<bool, FieldCount> m_truths = {};
-    std::array<QUuid, 3> m_ids;
+    // The records being read, by field and by level.
+    QString m_texts[FieldCount];
+    bool m_truths[FieldCount] = {};
+    QUuid m_ids[3];
     QList<TileMenuItem> m_links;
     SettingsData m_data = {{}, {}, false, {}, {}, {}};
 };
@@ -411,7 +367,7 @@ std::optional<SettingsData> settingsFromJson(QByteArrayView bytes, platform::Err
         rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
     const rapidjson::ParseResult result = reader.Parse<flags>(stream, records);
     if (result.Code() == rapidjson::kParseErrorTermination)
-        return failed(result.Code(), records.problem(), records.problemOffset(bytes));
+        return failed(result.Code(), records.problem(), records.problemOffset());
     if (!result) {
         QString problem = QString::fromLatin1(rapidjson::GetParseError_En(result.Code()));
         problem.chop(problem.endsWith(u'.') ? 1 : 0);

@@ -73,7 +73,9 @@ QString tileFolderPath(const TileItem &tile)
 QString tileFilePath(const TileItem &tile, const QString &fileName)
 {
     const QString folder = tileFolderPath(tile);
-    return folder.isEmpty() ? QString() : folder + u'/' + fileName;
+    if (folder.isEmpty())
+        return QString();
+    return folder.endsWith(u'/') ? folder + fileName : folder + u'/' + fileName;
 }
 
 } // namespace model
