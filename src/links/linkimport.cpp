@@ -2,7 +2,9 @@
 #include "links/linkimport.h"
 
 #include "links/linktext.h"
+#include "platform/filepanel.h"
 #include "platform/files.h"
+#include "platform/localized.h"
 #include "platform/report.h"
 
 #include <QFile>
@@ -56,6 +58,13 @@ void importLinksFromPath(Config &config, const QUuid &tileId, const QString &pat
         appendLinks(config, tileId, linksFromText(*bytes));
     else
         platform::report(QStringLiteral("Failed to read file: ") + error.description());
+}
+
+void importLinksFromFile(Config &config, const QUuid &tileId, platform::FilePanel &panel)
+{
+    const std::optional<QString> path = panel.chooseFile(platform::localized("Import links from file"));
+    if (path)
+        importLinksFromPath(config, tileId, *path);
 }
 
 } // namespace links

@@ -275,6 +275,11 @@ std::optional<AliasRecord> describeTarget(const QByteArray &path, const QByteArr
 bool writeAliasFile(const QByteArray &target, const QByteArray &aliasFile, Error *error)
 {
     const std::optional<AliasRecord> record = describeTarget(target, aliasFile, error);
+    if (record && !aliasFile.startsWith('/')) {
+        if (error)
+            *error = Error::fromErrno(QStringLiteral("The alias file could not be written"), ENOENT, {});
+        return false;
+    }
     return record && writeAtomically(QFile::decodeName(aliasFile), serialiseAlias(*record), error, 0600);
 }
 
