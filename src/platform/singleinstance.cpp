@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+#include "platform/singleinstance.h"
+
+#include "platform/applicationservice.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QSocketNotifier>
+
+#include <array>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+
+constexpr const char *socketName = "requests";
+constexpr std::array kindNames = {"activate", "open", "action"};
+
+QByteArray toMessage(const InstanceRequest &request)
+{
+    return kindNames[size_t(request.kind)] + QByteArray("\n") + request.text.toUtf8();
+}
+
+std::optional<InstanceRequest> fromMessage(const QByteArray &message)
+{
+    const qsizetype end = message.indexOf('\n');
+    for (size_t kind = 0; kind < kindNames.size(); ++kind) {
+        if (end >= 0 && message.first(end) == kindNames[kind])
+            return InstanceRequest{InstanceRequest::Kind(kind), QString::fromUtf8(message.sliced(end + 1))};
+    }
+    return std::nullopt;
+}
+
+// The socket's address by way of the folder's descriptor, since addresses are short and paths need not be.
+sockaddr_un addressIn(int folder)
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/%s", folder, socketName);
+    return address;
+}
+
+int makeSocket()
+{
+    return ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+}
+
+// A folder of ours that nobody else can enter; -1 when it cannot be had.
+int privateFolder(const QByteArray &path)
+{
+    if (::mkdir(path.constData(), 0700) != 0 && errno != EEXIST)
+        return -1;
+    const int folder = ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    struct stat status;
+    if (folder >= 0 && ::fstat(folder, &status) == 0 && status.st_uid == ::getuid()
+        && !(status.st_mode & 0077))
+        return folder;
+    if (folder >= 0)
+        ::close(folder);
+    return -1;
+}
+
+} // namespace
+
+SingleInstance::SingleInstance(const QString &folder)
+{
+    const QByteArray path = QFile::encodeName(QDir::cleanPath(folder));
+    const QByteArray hash = QCryptographicHash::hash(path, QCryptographicHash::Sha256).toHex().first(32);
+    m_name = "/pondwicket-" + QByteArray::number(::getuid()) + '-' + hash;
+}
+
+SingleInstance::~SingleInstance()
+{
+    if (m_socket >= 0) {
+        ::unlinkat(m_folder, socketName, 0);
+        ::close(m_socket);
+    }
+    if (m_folder >= 0)
+        ::close(m_folder);
+}
+
+void SingleInstance::openFolder()
+{
+    const QByteArray runtimeFolder = qgetenv("XDG_RUNTIME_DIR");
+    if (runtimeFolder.startsWith('/'))
+        m_folder = privateFolder(runtimeFolder + m_name);
+    if (m_folder < 0)
+        m_folder = privateFolder(QFile::encodeName(QDir::tempPath()) + m_name);
+}
+
+bool SingleInstance::claim(const QList<InstanceRequest> &requests)
+{
+    openFolder();
+    if (m_folder < 0)
+        return true;
+    if (::flock(m_folder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+        int patience = 5;
+        for (const InstanceRequest &request : requests) {
+            // The other may hold the lock since a moment ago and listen in the next.
+            while (!send(request) && patience-- > 0)
+                ::usleep(10'000);
+        }
+        return false;
+    }
+    ::unlinkat(m_folder, socketName, 0); // of one that crashed
+    m_socket = makeSocket();
+    const sockaddr_un address = addressIn(m_folder);
+    if (m_socket >= 0)
+        ::bind(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address);
+    return true;
+}
+
+bool SingleInstance::send(const InstanceRequest &request) const
+{
+    const int socket = makeSocket();
+    const sockaddr_un address = addressIn(m_folder);
+    const QByteArray message = toMessage(request);
+    const ssize_t sent = ::sendto(socket, message.constData(), size_t(message.size()), MSG_NOSIGNAL,
+                                  reinterpret_cast<const sockaddr *>(&address), sizeof address);
+    // A full queue is one that nobody reads: there is no use in trying again.
+    const bool isDone = sent >= 0 || (errno != ECONNREFUSED && errno != ENOENT);
+    if (socket >= 0)
+        ::close(socket);
+    return isDone;
+}
+
+void SingleInstance::serve()
+{
+    if (m_socket >= 0 && !m_notifier) {
+        m_notifier = std::make_unique<QSocketNotifier>(m_socket, QSocketNotifier::Read);
+        connect(m_notifier.get(), &QSocketNotifier::activated, this, &SingleInstance::receive);
+    }
+    auto *service = new ApplicationService(this);
+    connect(service, &ApplicationService::requested, this, &SingleInstance::requested);
+    service->start();
+}
+
+void SingleInstance::receive()
+{
+    QByteArray buffer(256 * 1024, Qt::Uninitialized); // more than a datagram can hold
+    while (true) {
+        const ssize_t length = ::recv(m_socket, buffer.data(), size_t(buffer.size()), 0);
+        if (length < 0)
+            return;
+        if (const auto request = fromMessage(buffer.first(length)))
+            Q_EMIT requested(*request);
+    }
+}
+
+} // namespace platform

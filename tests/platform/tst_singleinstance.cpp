@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include "platform/applicationid.h"
+#include "platform/singleinstance.h"
+#include "support/process.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using platform::InstanceRequest;
+using platform::SingleInstance;
+using Kind = InstanceRequest::Kind;
+
+class TestSingleInstance : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void laterStartsAskTheFirst_data();
+    void laterStartsAskTheFirst();
+    void runsWithoutAnyPlaceForItsLock();
+    void foldersDoNotMeet();
+    void aCrashBlocksNobody();
+    void servesTheDesktop();
+    void cleanupTestCase() { support::endProcess(*m_bus); }
+
+private:
+    /// An instance whose requests end in `m_requests`.
+    std::unique_ptr<SingleInstance> makeServing(const QString &folder);
+
+    const QString m_temporaryFolder = QDir::tempPath();
+    std::unique_ptr<QTemporaryDir> m_root;
+    std::unique_ptr<QProcess> m_bus;
+    QByteArray m_busAddress;
+    QList<InstanceRequest> m_requests;
+};
+
+void TestSingleInstance::initTestCase()
+{
+    m_bus =
+        support::startProcess(u"dbus-daemon"_qs, {u"--session"_qs, u"--nofork"_qs, u"--print-address=1"_qs},
+                              QProcessEnvironment::systemEnvironment());
+    QVERIFY(m_bus);
+    QVERIFY(support::waitUntil([this] { return m_bus->canReadLine(); }));
+    m_busAddress = m_bus->readLine().trimmed();
+    qputenv("DBUS_SESSION_BUS_ADDRESS", m_busAddress);
+}
+
+void TestSingleInstance::init()
+{
+    m_requests.clear();
+    m_root = std::make_unique<QTemporaryDir>(m_temporaryFolder + u"/instance-XXXXXX"_qs);
+    for (const char *name : {"runtime", "temporary"})
+        QDir(m_root->path()).mkdir(QString::fromLatin1(name));
+    qputenv("XDG_RUNTIME_DIR", m_root->filePath(u"runtime"_qs).toLocal8Bit());
+    qputenv("TMPDIR", m_root->filePath(u"temporary"_qs).toLocal8Bit());
+}
+
+std::unique_ptr<SingleInstance> TestSingleInstance::makeServing(const QString &folder)
+{
+    auto instance = std::make_unique<SingleInstance>(folder);
+    if (!instance->claim({}))
+        return nullptr;
+    connect(instance.get(), &SingleInstance::requested, this,
+            [this](const InstanceRequest &request) { m_requests << request; });
+    instance->serve();
+    return instance;
+}
+
+void TestSingleInstance::laterStartsAskTheFirst_data()
+{
+    QTest::addColumn<QByteArray>("runtimeFolder");
+    QTest::addColumn<int>("found"); // mode of what stands in the place of the private folder; 0: nothing
+
+    QTest::newRow("runtime folder") << QByteArray("runtime") << 0;
+    QTest::newRow("left from an earlier run") << QByteArray("runtime") << 0700;
+    QTest::newRow("others may enter it") << QByteArray("runtime") << 0777;
+    QTest::newRow("no runtime folder") << QByteArray() << 0;
+    QTest::newRow("runtime folder is missing") << QByteArray("missing") << 0;
+    QTest::newRow("longer than a socket's address") << QByteArray(120, 'x') << 0;
+}
+
+void TestSingleInstance::laterStartsAskTheFirst()
+{
+    QFETCH(QByteArray, runtimeFolder);
+    QFETCH(int, found);
+    qputenv("XDG_RUNTIME_DIR",
+            runtimeFolder.isEmpty() ? QByteArray() : m_root->path().toLocal8Bit() + '/' + runtimeFolder);
+    if (runtimeFolder.size() > 100)
+        QDir(m_root->path()).mkdir(QString::fromLatin1(runtimeFolder));
+    const QString folder = m_root->filePath(u"documents/ƒ"_qs);
+    QVERIFY(makeServing(folder)); // and gone again
+    const QDir runtime(m_root->filePath(u"runtime"_qs));
+    if (found) {
+        const QStringList names = runtime.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        QCOMPARE(names.size(), 1);
+        QCOMPARE(::chmod(qPrintable(runtime.filePath(names.first())), mode_t(found)), 0);
+    }
+
+    const auto first = makeServing(folder);
+    QVERIFY(first);
+    const QList<InstanceRequest> requests = {
+        {Kind::Activate, {}}, {Kind::Open, u"file:///a%20b\nƒ"_qs}, {Kind::Action, u"settings"_qs}};
+    QVERIFY(!SingleInstance(folder + u'/').claim(requests));
+    QTRY_COMPARE(m_requests, requests);
+}
+
+void TestSingleInstance::runsWithoutAnyPlaceForItsLock()
+{
+    qputenv("XDG_RUNTIME_DIR", "/dev/null");
+    qputenv("TMPDIR", "/dev/null");
+    QVERIFY(makeServing(m_root->path()));
+}
+
+void TestSingleInstance::foldersDoNotMeet()
+{
+    const auto one = makeServing(m_root->filePath(u"one"_qs));
+    const auto two = makeServing(m_root->filePath(u"two"_qs));
+    QVERIFY(one && two);
+}
+
+void TestSingleInstance::aCrashBlocksNobody()
+{
+    const pid_t process = ::fork();
+    if (process == 0) {
+        SingleInstance instance(m_root->path());
+        ::_exit(instance.claim({}) ? 0 : 1); // no destructor tidies up
+    }
+    int status = -1;
+    QCOMPARE(::waitpid(process, &status, 0), process);
+    QCOMPARE(status, 0);
+    const auto next = makeServing(m_root->path());
+    QVERIFY(next);
+    QVERIFY(!SingleInstance(m_root->path()).claim({{Kind::Activate, {}}}));
+    QTRY_COMPARE(m_requests.size(), 1);
+}
+
+void TestSingleInstance::servesTheDesktop()
+{
+    const auto instance = makeServing(m_root->path());
+    QVERIFY(instance);
+    QDBusConnection desktop = QDBusConnection::connectToBus(QString::fromLatin1(m_busAddress), u"desktop"_qs);
+    const auto call = [&](const QString &method, const QVariantList &arguments) {
+        auto message = QDBusMessage::createMethodCall(platform::applicationId(),
+                                                      u'/' + platform::applicationId().replace(u'.', u'/'),
+                                                      u"org.freedesktop.Application"_qs, method);
+        message.setArguments(arguments);
+        desktop.send(message);
+    };
+    call(u"Activate"_qs, {QVariantMap()});
+    call(u"Open"_qs, {QStringList{u"file:///a"_qs, u"file:///b"_qs}, QVariantMap()});
+    call(u"ActivateAction"_qs, {u"quit"_qs, QVariantList(), QVariantMap()});
+    const QList<InstanceRequest> requests = {{Kind::Activate, {}},
+                                             {Kind::Open, u"file:///a"_qs},
+                                             {Kind::Open, u"file:///b"_qs},
+                                             {Kind::Action, u"quit"_qs}};
+    QTRY_COMPARE(m_requests, requests);
+}
+
+QTEST_GUILESS_MAIN(TestSingleInstance)
+#include "tst_singleinstance.moc"
