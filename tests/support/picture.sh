@@ -41,7 +41,7 @@ wait_for() { # WHAT COMMAND...
 }
 
 strip() { xdotool search --onlyvisible --name '^pondWicket$' | head -n 1 | grep .; }
-painted() { (($(import -silent -window "$(strip)" png:- | identify -format %k -) > 8)); }
+painted() { (($(import -silent -window "$(strip)" png:- | identify -format %k -) > 2)); }
 managed() { xprop -root _NET_SUPPORTING_WM_CHECK | grep 'window id'; }
 
 width=$(awk "BEGIN { print int(1280 * $scale) }")
