@@ -27,8 +27,9 @@ std::optional<FileIdentity> fileIdentity(const QString &path)
 
 const FileIdentity &programIdentity()
 {
+    // By its path: a program that runs under a checking tool is not what the link leads to.
     static const FileIdentity identity =
-        fileIdentity(QStringLiteral("/proc/self/exe")).value_or(FileIdentity());
+        fileIdentity(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).value_or(FileIdentity());
     return identity;
 }
 

@@ -59,7 +59,7 @@ QImage iconImage(const Config &config, const QString &name, qreal scale)
     const QString folder = name == QLatin1String("default") ? chromeFolderURL(config, config.currentTheme())
                                                             : iconsFolderURL(config, config.currentTheme());
     const QImage image = imageFromFile(folder + QLatin1Char('/') + name + QStringLiteral(".png"), scale);
-    return image.isNull() ? fallbackSymbol(QStringLiteral("questionmark.square"), scale) : image;
+    return image.isNull() ? fallbackSymbol(config, QStringLiteral("questionmark.square"), scale) : image;
 }
 
 void applyAppIcon(const Config &config)

@@ -38,13 +38,15 @@ Cache &cache()
     return instance;
 }
 
-/// A file changed within the clock's grain may change again without showing it.
+/// A file changed within the clock's grain may change again without showing it. Some file systems keep whole
+/// seconds.
 bool isSettled(const FileIdentity &identity)
 {
-    constexpr qint64 grain = 20'000'000; // nanoseconds
+    constexpr qint64 second = 1'000'000'000; // nanoseconds
+    const qint64 grain = identity.changed % second == 0 ? 2 * second : second / 50;
     timespec now;
     ::clock_gettime(CLOCK_REALTIME, &now);
-    return std::abs(now.tv_sec * qint64(1'000'000'000) + now.tv_nsec - identity.changed) > grain;
+    return std::abs(now.tv_sec * second + now.tv_nsec - identity.changed) > grain;
 }
 
 } // namespace

@@ -68,7 +68,7 @@ bool isCutOff(const QByteArray &bytes, const QByteArray &format)
 /// their product says: a drawing with either is no picture for us.
 bool isPlainDrawing(const QByteArray &svg)
 {
-    constexpr qsizetype maxSize = 512 << 10;
+    constexpr qsizetype maxSize = 128 << 10; // thousands of shapes
     if (svg.size() > maxSize)
         return false;
     QXmlStreamReader xml(svg);

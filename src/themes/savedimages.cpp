@@ -88,7 +88,9 @@ QImage SavedImages::find(const QString &key, const FileIdentity &identity, int d
     if (found == m_records.constEnd() || found->identity != identity || found->density != density)
         return QImage();
     const Record &record = *found;
-    if (record.width < 1 || record.height < 1 || record.width > maxImageSide || record.height > maxImageSide)
+    const auto isFrom1To = [](qint32 number, int most) { return number >= 1 && number <= most; };
+    if (!isFrom1To(record.width, maxImageSide) || !isFrom1To(record.height, maxImageSide)
+        || !isFrom1To(record.ratio, maxDensity))
         return QImage();
     const qsizetype line = record.width * qsizetype(sizeof(QRgb));
     const qsizetype size = line * record.height;
@@ -120,7 +122,7 @@ void SavedImages::write(const QList<SavedImage> &images)
         const FileIdentity &source = saved.identity;
         stream << saved.key << source.device << source.inode << source.size << source.modified
                << source.changed << qint32(saved.density) << qint32(image.width()) << qint32(image.height())
-               << double(image.devicePixelRatio()) << qint64(pixels.size()) << checksumOf(bytes);
+               << qint32(image.devicePixelRatio()) << qint64(pixels.size()) << checksumOf(bytes);
         pixels.append(bytes.data(), bytes.size());
         pixels.resize(aligned(pixels.size()), '\0');
     }

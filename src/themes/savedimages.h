@@ -36,8 +36,7 @@ private:
     struct Record
     {
         FileIdentity identity;
-        qint32 density, width, height;
-        double ratio;
+        qint32 density, width, height, ratio;
         qint64 offset; ///< of the first pixel, counted from that of the first picture
         quint64 checksum;
     };

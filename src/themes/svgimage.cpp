@@ -12,7 +12,7 @@ namespace themes {
 
 int densityFor(qreal scale)
 {
-    return std::clamp(int(std::ceil(scale - 0.01)), 1, 4);
+    return std::clamp(int(std::ceil(scale - 0.01)), 1, maxDensity);
 }
 
 qreal screenScale()
@@ -31,11 +31,10 @@ QImage svgImage(const QByteArray &svg, int density, QSize points)
     reader.setAutoDetectImageFormat(false);
     if (points.isEmpty())
         points = reader.size();
-    const QSize pixels = points * density;
-    if (points.isEmpty() || points.width() > maxImageSide || pixels.width() > maxImageSide
-        || points.height() > maxImageSide || pixels.height() > maxImageSide)
+    constexpr int maxSide = maxImageSide / maxDensity;
+    if (points.isEmpty() || points.width() > maxSide || points.height() > maxSide)
         return QImage();
-    reader.setScaledSize(pixels);
+    reader.setScaledSize(points * density);
     QImage image = reader.read();
     image.convertTo(QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(density);

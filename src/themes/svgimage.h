@@ -7,8 +7,11 @@
 
 namespace themes {
 
-/// Pictures are made for whole densities (pixels a point), so that their edges fall on pixels: the density
-/// that serves a device of the given scale, 1 to 4. At scales between, painting draws the denser picture
+constexpr int maxImageSide = 2048; ///< of a picture that is drawn or read, in pixels each way
+constexpr int maxDensity = 4; ///< pixels a point
+
+/// Pictures are made for whole densities, so that their edges fall on pixels: the density that serves a
+/// device of the given scale, 1 to `maxDensity`. At scales between, painting draws the denser picture
 /// smaller.
 int densityFor(qreal scale);
 
@@ -16,11 +19,8 @@ int densityFor(qreal scale);
 qreal screenScale();
 
 /// An SVG drawing at `density` pixels a point, premultiplied and with that device pixel ratio. `points` is
-/// the size to draw it at, by default its own. Null when it is no drawing or would be wider or higher than
-/// `maxImageSide`.
+/// the size to draw it at, by default its own. Null when it is no drawing or would exceed `maxImageSide` at
+/// any density.
 QImage svgImage(const QByteArray &svg, int density, QSize points = {});
-
-/// The largest picture that is drawn or read, in pixels each way.
-constexpr int maxImageSide = 2048;
 
 } // namespace themes

@@ -114,17 +114,20 @@ QImage themedImage(const Config &config, const QString &assetName, const QString
     return image.isNull() ? builtInImage(assetName, scale) : image;
 }
 
-QImage fallbackSymbol(const QString &symbolName, qreal scale)
+QImage fallbackSymbol(const Config &config, const QString &symbolName, qreal scale)
 {
     constexpr int points = 24;
-    return symbolImage(symbolName, QColor(128, 128, 128), points, scale);
+    const QImage tile = config.isVertical() ? tileVerticalImage(config, scale) : tileImage(config, scale);
+    const bool isDark = tile.pixelColor(tile.rect().center()).lightness() < 128;
+    return symbolImage(symbolName, isDark ? QColor(0xe6, 0xe6, 0xe6) : QColor(0x33, 0x33, 0x33), points,
+                       scale);
 }
 
 QImage themedSymbolImage(const Config &config, const QString &symbolName, const QString &fileName,
                          qreal scale)
 {
     const QImage image = elementFile(config, fileName, scale);
-    return image.isNull() ? fallbackSymbol(symbolName, scale) : image;
+    return image.isNull() ? fallbackSymbol(config, symbolName, scale) : image;
 }
 
 QImage tabLeadingImage(const Config &config, qreal scale)

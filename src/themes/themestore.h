@@ -37,7 +37,8 @@ QImage minimizeImage(const Config &config, qreal scale = screenScale());
 QImage calendarImage(const Config &config, qreal scale = screenScale());
 QImage homeImage(const Config &config, qreal scale = screenScale());
 
-/// The symbol that stands for a missing picture on a tile: neutral, so that it shows on light and dark ones.
-QImage fallbackSymbol(const QString &symbolName, qreal scale = screenScale());
+/// The symbol that stands for a missing picture on a tile, dark or light as the current theme's tile asks
+/// for.
+QImage fallbackSymbol(const Config &config, const QString &symbolName, qreal scale = screenScale());
 
 } // namespace themes

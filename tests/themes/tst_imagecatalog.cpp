@@ -126,10 +126,11 @@ void ImageCatalogTest::sourcesStayInsideTheirFrame()
                     .arg(size.width() + 2 * margin)
                     .arg(size.height() + 2 * margin)
                     .arg(margin));
-    const int density = size.width() > 100 ? 1 : 2;
-    QImage image = svgImage(svg.toUtf8(), density);
+    const int part = size.width() > 256 ? 4 : 1; // the largest are drawn at a quarter of their size
+    const QSize framed = size + QSize(2 * margin, 2 * margin);
+    const QImage image = svgImage(svg.toUtf8(), 2, framed / part);
     QVERIFY(!isEmpty(image));
-    const QRect inside = QRect(QPoint(margin, margin) * density, size * density);
+    const QRect inside = QRect(QPoint(margin, margin) * 2 / part, size * 2 / part);
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
             if (!inside.contains(x, y))

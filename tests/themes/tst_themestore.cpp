@@ -175,7 +175,7 @@ void ThemeStoreTest::elementsFallBack()
     QFETCH(QString, builtIn);
     m_config->setCurrentTheme(QStringLiteral("mine"));
     const QImage fallback =
-        symbolNames().contains(builtIn) ? fallbackSymbol(builtIn, 2) : builtInImage(builtIn, 2);
+        symbolNames().contains(builtIn) ? fallbackSymbol(*m_config, builtIn, 2) : builtInImage(builtIn, 2);
     QVERIFY(!fallback.isNull());
     QCOMPARE(image(*m_config, 2), fallback);
     // The theme's own file, and a damaged one.
@@ -237,7 +237,7 @@ void ThemeStoreTest::iconImages()
     QCOMPARE(iconImage(*m_config, QStringLiteral("Default"), 1).width(), 3);
     QCOMPARE(reportsOf([this] {
                  QCOMPARE(iconImage(*m_config, QStringLiteral("gone")),
-                          fallbackSymbol(QStringLiteral("questionmark.square")));
+                          fallbackSymbol(*m_config, QStringLiteral("questionmark.square")));
              }),
              QStringList());
 }
