@@ -209,7 +209,8 @@ void ContentView::updateShape()
     for (const Tile *tile : std::as_const(m_tiles))
         tiles += shapeOf(tile).translated(tile->pos());
     shape += tiles.intersected(m_tileArea->rect()).translated(m_tileArea->pos());
-    setMask(shape);
+    if (shape != mask())
+        setMask(shape);
 }
 
 void ContentView::moveFocus(int step)

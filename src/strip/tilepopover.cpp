@@ -35,8 +35,11 @@ TilePopover::TilePopover(Config &config, const TileItem &tileItem, StripServices
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(widgets::stackSpacing);
     column->addWidget(makeHeader());
-    if (!tileItem.tileMenuItems.isEmpty())
-        column->addWidget(new TileMenu(config, tileItem, services, this));
+    if (!tileItem.tileMenuItems.isEmpty()) {
+        auto *links = new TileMenu(config, tileItem, services, this);
+        column->addWidget(links);
+        setFocusProxy(links);
+    }
     if (tileItem.showsScratchpad)
         column->addWidget(new ScratchpadView(config, tileItem.id, this));
     if (tileItem.tileMenuItems.isEmpty() && !tileItem.showsScratchpad) {

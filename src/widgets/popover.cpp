@@ -7,6 +7,7 @@
 #include <QBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QScreen>
 #include <QWindow>
 
@@ -64,10 +65,16 @@ void Popover::open(Activation activation)
     setAttribute(Qt::WA_ShowWithoutActivating, activation == Activation::LeaveFocus);
     place();
     qApp->installEventFilter(this);
+    m_pressWatcher.emplace([this] {
+        if (!QApplication::widgetAt(QCursor::pos()))
+            QMetaObject::invokeMethod(this, &Popover::dismiss, Qt::QueuedConnection);
+    });
     show();
     if (activation == Activation::TakeFocus) {
         raise();
         activateWindow();
+        if (m_content->focusProxy())
+            m_content->setFocus(Qt::PopupFocusReason);
     }
 }
 
@@ -76,12 +83,8 @@ void Popover::dismiss()
     if (!isVisible())
         return;
     qApp->removeEventFilter(this);
-    const bool hadFocus = isActiveWindow();
+    m_pressWatcher.reset();
     hide();
-    if (hadFocus) {
-        m_anchor.window()->activateWindow();
-        m_anchor.setFocus(Qt::PopupFocusReason);
-    }
     Q_EMIT dismissed();
 }
 
@@ -125,10 +128,13 @@ bool Popover::event(QEvent *event)
 
 void Popover::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Escape)
-        dismiss();
-    else
+    if (event->key() != Qt::Key_Escape) {
         QWidget::keyPressEvent(event);
+        return;
+    }
+    m_anchor.window()->activateWindow();
+    m_anchor.setFocus(Qt::PopupFocusReason);
+    dismiss();
 }
 
 QMargins Popover::frameMargins(Edge arrow) const

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/presswatcher.h"
+
 #include <QImage>
 #include <QPainterPath>
-#include <QPointer>
 #include <QWidget>
+
+#include <optional>
 
 namespace widgets {
 
@@ -24,11 +27,14 @@ public:
 
     /// Takes ownership. The popover is as large as the content wants, at most 60 % of the screen high.
     void setContent(QWidget *content);
+    /// Taking the focus gives it to the content's focus proxy, where there is one.
     void open(Activation activation);
+    /// What a press elsewhere does: hides the popover and tells its owner.
+    void dismiss();
 
 Q_SIGNALS:
-    /// The user sent it away: by Escape, a press elsewhere on the anchor's window, another program or another
-    /// popover. The window is hidden by then.
+    /// The user sent it away: by Escape, a press elsewhere, another program or another popover. The window is
+    /// hidden by then.
     void dismissed();
 
 protected:
@@ -41,7 +47,6 @@ private:
     enum class Edge { Top, Bottom, Left, Right }; ///< where the arrow is
 
     void place();
-    void dismiss();
     bool isInside(const QWidget *widget) const;
     QMargins frameMargins(Edge arrow) const;
     QPainterPath outline() const;
@@ -51,6 +56,7 @@ private:
     Edge m_arrowEdge = Edge::Bottom;
     int m_arrowPosition = 0; ///< of the tip along its edge, in the window's points
     QWidget *m_content = nullptr;
+    std::optional<platform::PressWatcher> m_pressWatcher; ///< while it is open
     QImage m_picture; ///< the painted frame at the present size and scale
 };
 
