@@ -17,7 +17,7 @@ enum class Type { Text, Truth, Uuid, Address, Texts, Tiles, Links };
 
 struct Field
 {
-    const char *key;
+    QByteArrayView key;
     Type type;
 };
 
@@ -155,7 +155,7 @@ public:
         if (m_ignoredDepth > 0)
             return true;
         if (m_level >= 0 && !(m_inArray && (expects(Type::Tiles) || expects(Type::Links))))
-            return wrongType();
+            return wrongType(1);
         ++m_level;
         m_inArray = false;
         for (int i = firstField[m_level]; i < firstField[m_level + 1]; ++i)
@@ -170,7 +170,7 @@ public:
         for (int i = firstField[m_level]; i < firstField[m_level + 1]; ++i) {
             if (!(m_seen & 1u << i)) {
                 m_current[m_level] = i;
-                return fail(fieldPath() + QStringLiteral(" is missing"));
+                return fail(fieldPath() + QStringLiteral(" is missing"), 1);
             }
         }
         finishRecord();
@@ -186,7 +186,7 @@ public:
         if (m_ignoredDepth > 0)
             return true;
         if (m_level < 0 || m_inArray || fields[field()].type < Type::Texts)
-            return wrongType();
+            return wrongType(1);
         m_inArray = true;
         return true;
     }
@@ -209,7 +209,7 @@ private:
     bool enter()
     {
         m_ignoredDepth += isIgnored();
-        return ++m_depth <= maxDepth || fail(QStringLiteral("it is nested too deeply"));
+        return ++m_depth <= maxDepth || fail(QStringLiteral("it is nested too deeply"), 1);
     }
 
     /// True when what ends was not ours.
@@ -270,7 +270,8 @@ private:
         QString path;
         for (int level = 0; level <= m_level; ++level) {
             const Field &step = fields[m_current[level]];
-            path += (level > 0 ? QStringLiteral(".") : QString()) + QLatin1String(step.key);
+            path += (level > 0 ? QStringLiteral(".") : QString())
+                + QLatin1String(step.key.data(), step.key.size());
             if (level == m_level && !m_inArray)
                 break;
             const qsizetype index = step.type == Type::Texts ? m_data.availableThemes.size()
@@ -362,9 +363,8 @@ std::optional<SettingsData> settingsFromJson(QByteArrayView bytes, platform::Err
     rapidjson::InsituStringStream stream(scratch.data());
     RecordReader records(stream);
     rapidjson::Reader reader;
-    // Iterative: no depth of nesting can exhaust the stack.
-    constexpr unsigned flags =
-        rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
+    // The parser recurses, but no deeper than the reader lets it. Numbers as text: they are only passed over.
+    constexpr unsigned flags = rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag;
     const rapidjson::ParseResult result = reader.Parse<flags>(stream, records);
     if (result.Code() == rapidjson::kParseErrorTermination)
         return failed(result.Code(), records.problem(), records.problemOffset());

@@ -12,6 +12,17 @@ constexpr bool hyphenAt(int index)
     return index == 8 || index == 13 || index == 18 || index == 23;
 }
 
+/// The value of a hexadecimal digit by its code, -1 for everything else.
+constexpr std::array<qint8, 256> digitValues = [] {
+    std::array<qint8, 256> values;
+    values.fill(-1);
+    for (int i = 0; i < 10; ++i)
+        values[size_t('0' + i)] = qint8(i);
+    for (int i = 0; i < 6; ++i)
+        values[size_t('a' + i)] = values[size_t('A' + i)] = qint8(10 + i);
+    return values;
+}();
+
 /// The sixteen bytes in the order of their digits.
 std::array<quint8, 16> digitsOf(const QUuid &id)
 {
@@ -53,25 +64,21 @@ std::optional<QUuid> uuidFromText(QByteArrayView text)
     if (text.size() != 36)
         return std::nullopt;
     std::array<char, 16> bytes = {};
+    int invalid = 0; // asked once at the end: whether a digit is a letter cannot be foreseen
     size_t digits = 0;
     for (int i = 0; i < 36; ++i) {
-        const char c = text[i];
+        const quint8 c = quint8(text[i]);
         if (hyphenAt(i)) {
-            if (c != '-')
-                return std::nullopt;
+            invalid |= c != '-';
             continue;
         }
-        const char lower = char(c | 0x20);
-        int value;
-        if (c >= '0' && c <= '9')
-            value = c - '0';
-        else if (lower >= 'a' && lower <= 'f')
-            value = lower - 'a' + 10;
-        else
-            return std::nullopt;
+        const int value = digitValues[c];
+        invalid |= value < 0;
         char &byte = bytes[digits++ / 2];
-        byte = char(byte << 4 | value);
+        byte = char(byte << 4 | (value & 15));
     }
+    if (invalid)
+        return std::nullopt;
     return QUuid::fromRfc4122(QByteArrayView(bytes.data(), 16));
 }
 

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+// Any bytes may stand where the settings file is: they load or are refused with a reason, and what loads is
+// written as a text that loads as the same records.
+#include "model/settingsjson.h"
+
+#include <cstdlib>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    platform::Error error;
+    const QByteArrayView bytes(data, qsizetype(size));
+    const auto records = model::settingsFromJson(bytes, &error);
+    if (!records) {
+        if (error.description().isEmpty() || error.description().contains(u'\n'))
+            std::abort();
+        return 0;
+    }
+    const QByteArray text = model::settingsToJson(*records);
+    const auto again = model::settingsFromJson(text, &error);
+    if (!again || again->tileItems != records->tileItems || model::settingsToJson(*again) != text)
+        std::abort();
+    return 0;
+}
