@@ -4,7 +4,9 @@
 #include "links/openlink.h"
 #include "model/config.h"
 #include "platform/addressopener.h"
+#include "platform/aliasresolver.h"
 #include "platform/applicationid.h"
+#include "platform/filepanel.h"
 #include "platform/report.h"
 #include "platform/terminationsignals.h"
 #include "platform/userfolders.h"
@@ -16,6 +18,7 @@
 #include "strip/startup.h"
 #include "themes/imagecache.h"
 
+#include <QFile>
 #include <QTimer>
 
 #include <chrono>
@@ -41,12 +44,13 @@ struct ctrlApp::Parts
 {
     Parts(ctrlApp &app, const QString &documents)
         : config(documents, platform::stateFolder())
-        , services{opener, [&app] { app.openSettings(); }}
+        , services{opener, *filePanel, [&app] { app.openSettings(); }}
     {
     }
 
     Config config;
     DesktopOpener opener;
+    std::unique_ptr<platform::FilePanel> filePanel = platform::makeFilePanel();
     StripServices services;
     std::optional<ContentView> strip;
     std::optional<AppDelegate> appDelegate;
@@ -89,10 +93,29 @@ int ctrlApp::run()
     QTimer &idleTimer = m_parts->idleTimer;
     idleTimer.setSingleShot(true);
     idleTimer.setInterval(idleTime);
-    connect(&idleTimer, &QTimer::timeout, this, &themes::saveImageCache);
+    connect(&idleTimer, &QTimer::timeout, this, &ctrlApp::tidyUp);
     connect(&m_parts->config, &Config::redrawNeeded, &idleTimer, qOverload<>(&QTimer::start));
     idleTimer.start();
     return exec();
+}
+
+/// What can wait until nothing else is to do.
+void ctrlApp::tidyUp()
+{
+    themes::saveImageCache();
+
+    QList<QByteArray> aliases;
+    for (const TileItem &tile : m_parts->config.tileItems()) {
+        for (const TileMenuItem &link : tile.tileMenuItems) {
+            if (link.itemString.startsWith(QLatin1Char('/')))
+                aliases.append(QFile::encodeName(link.itemString));
+        }
+    }
+    if (aliases.isEmpty())
+        return;
+    platform::holdTargets(aliases);
+    connect(&platform::aliasResolver(), &platform::AliasResolver::targetFound, &m_parts->config,
+            &Config::redrawNeeded, Qt::UniqueConnection);
 }
 
 void ctrlApp::openSettings()

@@ -27,6 +27,7 @@ private:
     struct Parts;
 
     void openSettings();
+    void tidyUp();
 
     std::unique_ptr<Parts> m_parts;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "strip/tile.h"
 
+#include "links/linkdrop.h"
 #include "links/openlink.h"
 #include "model/config.h"
 #include "strip/services.h"
@@ -10,6 +11,8 @@
 #include "themes/themestore.h"
 
 #include <QContextMenuEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QGuiApplication>
 
 using widgets::Popover;
@@ -24,6 +27,7 @@ Tile::Tile(Config &config, const TileItem &tileItem, StripServices &services, QW
     setObjectName(QStringLiteral("Tile"));
     setFixedSize(strip::tileSize, strip::tileSize);
     setAccessibleName(tileItem.tileName);
+    setAcceptDrops(true);
     const bool isButton = tileItem.tileMenuItems.size() == 1 && !tileItem.showsScratchpad;
     setToolTip(isButton ? tileItem.tileName + QLatin1Char('\n') + tileItem.tileMenuItems.first().itemName
                         : tileItem.tileName);
@@ -93,4 +97,20 @@ void Tile::openPopover(Popover::Activation activation)
     m_popover->setContent(new TilePopover(m_config, m_builtFrom, m_services));
     connect(m_popover, &Popover::dismissed, this, &Tile::closePopover);
     m_popover->open(activation);
+}
+
+void Tile::dragEnterEvent(QDragEnterEvent *event)
+{
+    links::answerLinkDrag(*event);
+}
+
+void Tile::dragMoveEvent(QDragMoveEvent *event)
+{
+    links::answerLinkDrag(*event);
+}
+
+void Tile::dropEvent(QDropEvent *event)
+{
+    links::handleLinkDrop(m_config, *event->mimeData(), m_builtFrom.id);
+    links::answerLinkDrag(*event);
 }

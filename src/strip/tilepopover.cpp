@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "strip/tilepopover.h"
 
+#include "links/linkimport.h"
+#include "links/tilealias.h"
 #include "model/config.h"
 #include "model/settingsstore.h"
 #include "model/tiles.h"
@@ -95,8 +97,22 @@ void TilePopover::fillActions(QMenu &menu)
         connect(menu.addAction(localized(label)), &QAction::triggered, this, action);
     };
     add("Edit…", [this] { m_services.openSettings(); });
+    add("Add application or file…", [this] { askWith(&links::linkApplicationOrFile); });
+    add("Import links from file…", [this] { askWith(&links::importLinksFromFile); });
     add(m_tileItem.showsScratchpad ? "Hide notes" : "Show notes", [this] { toggleNotes(); });
     add("Remove tile", [this] { model::removeTile(m_config, m_tileItem.id); });
+}
+
+/// The panels run modally, and the tile with this view of it may be gone when they return: so they are run
+/// from the event loop and know nothing of us.
+void TilePopover::askWith(void (*ask)(Config &, const QUuid &, platform::FilePanel &))
+{
+    QMetaObject::invokeMethod(
+        &m_config,
+        [ask, &config = m_config, id = m_tileItem.id, &panel = m_services.filePanel] {
+            ask(config, id, panel);
+        },
+        Qt::QueuedConnection);
 }
 
 void TilePopover::toggleNotes()

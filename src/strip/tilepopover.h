@@ -8,6 +8,9 @@
 class Config;
 class QMenu;
 struct StripServices;
+namespace platform {
+class FilePanel;
+}
 
 /// What a tile's popover holds: the name with the menu of actions, the links, the notes.
 class TilePopover : public QWidget
@@ -20,6 +23,7 @@ public:
 private:
     QWidget *makeHeader();
     void fillActions(QMenu &menu);
+    void askWith(void (*ask)(Config &, const QUuid &, platform::FilePanel &));
     void toggleNotes();
 
     Config &m_config;

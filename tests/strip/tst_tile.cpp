@@ -5,8 +5,10 @@
 #include "support/stdoutcapture.h"
 #include "support/stripworld.h"
 
+#include <QDropEvent>
 #include <QLabel>
 #include <QMenu>
+#include <QMimeData>
 #include <QTest>
 #include <QToolButton>
 
@@ -28,6 +30,8 @@ private Q_SLOTS:
     void rowsOpenTheirLinks();
     void hoveringDimsEveryRowOfTheAddress();
     void actionsOfTheMenu();
+    void panelsOutliveTheTile();
+    void takesWhatIsDropped();
     void emptyTileSaysSo();
 
 private:
@@ -232,6 +236,41 @@ void TestTile::actionsOfTheMenu()
     action(QStringLiteral("Remove tile"))->trigger(); // from inside the view that goes
     QVERIFY(m_world->config.tileItems().isEmpty());
     QTRY_VERIFY(!tile());
+}
+
+/// The panel runs in a loop of its own: the tile was removed in the settings window while it was open, and
+/// the view that had asked was used after its end.
+void TestTile::panelsOutliveTheTile()
+{
+    const TileItem item = m_world->addTile(QStringLiteral("a"), {});
+    showStrip();
+    QTest::mouseClick(tile(), Qt::LeftButton);
+    m_world->filePanel.answer = m_world->folder.path();
+    m_world->filePanel.meanwhile = [this] {
+        m_world->config.setTileItems({});
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
+    action(QStringLiteral("Add application or file…"))->trigger();
+    QTRY_COMPARE(m_world->filePanel.titles, QStringList{QStringLiteral("Link application or file")});
+    QVERIFY(m_world->config.tileItems().isEmpty());
+    QVERIFY(!tile());
+}
+
+void TestTile::takesWhatIsDropped()
+{
+    const TileItem item = m_world->addTile(QStringLiteral("a"), {});
+    showStrip();
+    QMimeData data;
+    data.setText(QStringLiteral("see https://example.org/x"));
+    QDropEvent drop(QPointF(22, 22), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QDragEnterEvent enter(QPoint(22, 22), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
+                          Qt::NoModifier);
+    QCoreApplication::sendEvent(tile(), &enter);
+    QVERIFY(enter.isAccepted());
+    QCoreApplication::sendEvent(tile(), &drop);
+    QCOMPARE(drop.dropAction(), Qt::CopyAction);
+    QTRY_COMPARE(m_world->config.tile(item.id)->tileMenuItems.size(), 1);
 }
 
 void TestTile::emptyTileSaysSo()

@@ -3,6 +3,7 @@
 
 #include "model/config.h"
 #include "strip/services.h"
+#include "support/fakefilepanel.h"
 #include "support/recordinglinkopener.h"
 
 #include <QTemporaryDir>
@@ -33,7 +34,8 @@ struct StripWorld
     Config config;
     RecordingLinkOpener opener;
     int settingsOpened = 0;
-    StripServices services{opener, [this] { ++settingsOpened; }};
+    FakeFilePanel filePanel;
+    StripServices services{opener, filePanel, [this] { ++settingsOpened; }};
 };
 
 } // namespace support
