@@ -16,7 +16,8 @@ namespace themes {
 namespace {
 
 // The file: magic, size and checksum of the index, the index, then each picture's pixels from a multiple of
-// `alignment`. All in the machine's own byte order; on another machine the magic differs.
+// `alignment`. Header and pixels are in the machine's own byte
+// order; on another machine the magic differs.
 constexpr quint64 magic = 0x7077'5069'7865'6c31;
 constexpr qsizetype headerSize = 3 * sizeof(quint64);
 constexpr qsizetype alignment = 16;

@@ -208,6 +208,8 @@ void ImageFileTest::unfitFilesAreNoPictures_data()
     holding("gif cut off", gif.left(20));
     holding("svg cut off", drawing.left(drawing.size() / 2));
     holding("svg of 30,000 points", QByteArray(drawing).replace("'20'", "'30000'"));
+    holding("svg of thousands of shapes",
+            QByteArray(drawing).replace("</svg>", QByteArray("<circle/>").repeated(15000) + "</svg>"));
     // Each of these once held the reader for ever.
     const QByteArray shape = "<rect width='20' height='10' fill='#204060'/>";
     row("svg that shows a pipe", [=](const QString &path) {

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void elementsFallBack_data();
     void elementsFallBack();
     void elementsComeFromTheCurrentTheme();
+    void fallbackSymbolsShowOnTheTile();
     void iconNamesAreThoseOfPngFiles();
     void iconsOfAMissingThemeAreReported();
     void iconImages();
@@ -195,6 +196,27 @@ void ThemeStoreTest::elementsComeFromTheCurrentTheme()
     for (const auto &[theme, width] : {std::pair(u"a", 1), std::pair(u"b", 2), std::pair(u"a", 1)}) {
         m_config->setCurrentTheme(QString::fromUtf16(theme));
         QCOMPARE(tileImage(*m_config, 1).width(), width);
+    }
+}
+
+// The question mark was grey on every tile, and hardly to be seen on a grey one.
+void ThemeStoreTest::fallbackSymbolsShowOnTheTile()
+{
+    m_config->setCurrentTheme(QStringLiteral("mine"));
+    for (const int lightness : {0x10, 0x70, 0xb0, 0xf0}) {
+        const QColor tile(lightness, lightness, lightness);
+        put(QStringLiteral("mine/Chrome/tile.png"),
+            "<svg xmlns='http://www.w3.org/2000/svg' width='44' height='44'><path d='M0 0h44v44h-44z' fill='"
+                + tile.name().toLatin1() + "'/></svg>");
+        const QImage symbol = iconImage(*m_config, QStringLiteral("gone"), 2);
+        int strongest = 0;
+        for (int y = 0; y < symbol.height(); ++y) {
+            for (int x = 0; x < symbol.width(); ++x) {
+                if (qAlpha(symbol.pixel(x, y)) == 255)
+                    strongest = qMax(strongest, qAbs(qGray(symbol.pixel(x, y)) - lightness));
+            }
+        }
+        QVERIFY2(strongest > 100, qPrintable(tile.name()));
     }
 }
 
