@@ -52,13 +52,13 @@ QString lastGoodPath(const QString &stateDirectory)
 
 void keepLastGood(const QString &stateDirectory, QByteArrayView bytes)
 {
-    const QString path = lastGoodPath(stateDirectory);
-    platform::Error error;
-    if (platform::writeAtomically(path, bytes, &error, 0600))
-        return;
+    const auto write = [&](platform::Error *error) {
+        return platform::writeBySwapping(lastGoodPath(stateDirectory),
+                                         stateDirectory + QStringLiteral("/save-before.json"), bytes, error);
+    };
     // Usually the folder is there; it is asked for only when it is not.
-    if (!platform::makeFolder(stateDirectory, &error)
-        || !platform::writeAtomically(path, bytes, &error, 0600))
+    platform::Error error;
+    if (!write(&error) && (!platform::makeFolder(stateDirectory, &error) || !write(&error)))
         warn(error);
 }
 

@@ -6,6 +6,7 @@
 #include <QStringDecoder>
 
 #include <cerrno>
+#include <cstdio>
 #include <utility>
 
 #include <fcntl.h>
@@ -188,6 +189,22 @@ bool writeAtomically(const QString &path, QByteArrayView bytes, Error *error, un
     failed();
     ::unlink(QFile::encodeName(fresh).constData());
     return false;
+}
+
+bool writeBySwapping(const QString &path, const QString &spare, QByteArrayView bytes, Error *error)
+{
+    const QByteArray from = QFile::encodeName(spare);
+    const QByteArray to = QFile::encodeName(path);
+    Descriptor file(spare, O_WRONLY | O_CREAT, 0600);
+    struct stat status;
+    if (file.isRegularFile(&status) && file.write(bytes) && ::ftruncate(file.number(), bytes.size()) == 0
+        && file.close()) {
+        // Without a file at `path`, or where the file system cannot exchange two, it moves there.
+        if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_EXCHANGE) == 0
+            || ::rename(from.constData(), to.constData()) == 0)
+            return true;
+    }
+    return fail(error, QStringLiteral("The file “%1” could not be written"), path);
 }
 
 bool copyFile(const QString &source, const QString &target, Error *error)

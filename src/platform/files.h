@@ -30,6 +30,11 @@ bool writeInPlace(const QString &path, QByteArrayView bytes, Error *error);
 /// An existing file keeps its permissions; a new one gets `mode` less the process's umask.
 bool writeAtomically(const QString &path, QByteArrayView bytes, Error *error, unsigned mode = 0666);
 
+/// As writeAtomically for a file that is written again and again: the bytes go over those of the file at
+/// `spare`, which then changes places with the one at `path`, so that no room on the disk is given back and
+/// asked for anew. Both lie in one folder, readable by the user only; `spare` keeps the content before.
+bool writeBySwapping(const QString &path, const QString &spare, QByteArrayView bytes, Error *error);
+
 /// Copies a regular file of any size to a path at which nothing stands yet, readable by the user only.
 bool copyFile(const QString &source, const QString &target, Error *error);
 

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void shorterContentReplacesLonger();
     void atomicWriteKeepsPermissionsAndLinks();
     void failedAtomicWriteLeavesNothingBehind();
+    void swappedWriteKeepsTheContentBefore();
     void copiesNeverOverwrite();
     void folders_data();
     void folders();
@@ -166,6 +167,22 @@ void TestFiles::failedAtomicWriteLeavesNothingBehind()
     QVERIFY(!platform::writeAtomically(m_dir->filePath(QString(256, u'x')), "name too long", &error));
     QCOMPARE(error.code, ENAMETOOLONG);
     QCOMPARE(entries(), QStringList());
+}
+
+void TestFiles::swappedWriteKeepsTheContentBefore()
+{
+    for (const QByteArray &bytes : {QByteArray("first"), QByteArray("2"), QByteArray("third")}) {
+        const auto before = platform::readWholeFile(at("x"), nullptr);
+        QVERIFY(platform::writeBySwapping(at("x"), at("spare"), bytes, nullptr));
+        QCOMPARE(platform::readWholeFile(at("x"), nullptr), bytes);
+        QCOMPARE(platform::readWholeFile(at("spare"), nullptr), before);
+        QCOMPARE(modeOf(at("x")), 0600u);
+    }
+    QVERIFY(QFile::remove(at("spare")) && QDir().mkpath(at("spare")));
+    platform::Error error;
+    QVERIFY(!platform::writeBySwapping(at("x"), at("spare"), "4", &error));
+    QCOMPARE(error.code, EISDIR);
+    QCOMPARE(platform::readWholeFile(at("x"), nullptr), QByteArray("third"));
 }
 
 void TestFiles::copiesNeverOverwrite()
