@@ -24,7 +24,7 @@ void encode(std::string &out, char c)
 }
 
 /// Appends `part`, encoding what is neither unreserved nor one of `allowed`. Finished escapes stay.
-void appendEncoded(std::string &out, std::string_view part, std::string_view allowed)
+void appendEncoded(std::string &out, std::string_view part, AsciiSet allowed)
 {
     for (std::size_t i = 0; i < part.size(); ++i) {
         const char c = part[i];
@@ -38,7 +38,7 @@ void appendEncoded(std::string &out, std::string_view part, std::string_view all
 
 void appendAuthority(std::string &out, std::string_view authority)
 {
-    constexpr std::string_view subDelims = "!$&'()*+,;=";
+    constexpr AsciiSet subDelims = "!$&'()*+,;=";
     if (const std::size_t at = authority.rfind('@'); at != std::string_view::npos) {
         appendEncoded(out, authority.substr(0, at), "!$&'()*+,;=:");
         out += '@';
@@ -86,7 +86,7 @@ std::string absoluteAddress(std::string_view utf8, const Link &link)
         appendAuthority(address, std::string_view(written).substr(begin, end - begin));
         rest = end;
     }
-    constexpr std::string_view allowed = "!$&'()*+,;=:@/?";
+    constexpr AsciiSet allowed = "!$&'()*+,;=:@/?";
     const std::size_t fragment = std::min(written.find('#', rest), written.size());
     appendEncoded(address, std::string_view(written).substr(rest, fragment - rest), allowed);
     if (fragment < written.size()) {

@@ -20,9 +20,22 @@ enum ByteClass : std::uint8_t {
     WideByte = 128, ///< past ASCII
 };
 
-constexpr bool isOneOf(char c, std::string_view set)
+/// A set of ASCII characters, made from a literal when compiling.
+struct AsciiSet
 {
-    return set.find(c) != std::string_view::npos;
+    consteval AsciiSet(const char *characters)
+    {
+        for (; *characters; ++characters)
+            bits[*characters / 64] |= std::uint64_t(1) << *characters % 64;
+    }
+
+    std::uint64_t bits[2] = {};
+};
+
+constexpr bool isOneOf(char c, AsciiSet set)
+{
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < 128 && (set.bits[byte / 64] >> byte % 64 & 1);
 }
 
 constexpr std::array<std::uint8_t, 256> makeByteClasses()

@@ -4,6 +4,7 @@
 #include "links/linkcharacters.h"
 #include "links/linkhost.h"
 #include "links/linktail.h"
+#include "links/plainaddress.h"
 #include "links/topleveldomains.h"
 #include "links/triggerscanner.h"
 
@@ -48,13 +49,13 @@ bool isForbidden(std::string_view scheme)
 bool isCodeWord(std::string_view label)
 {
     constexpr std::string_view words[] = {
-        "am",       "as",     "bz",    "cab",    "cat",  "cc",    "click", "data",   "date",       "day",
-        "email",    "events", "final", "group",  "host", "how",   "id",    "java",   "la",         "link",
-        "map",      "md",     "mk",    "ml",     "mm",   "mo",    "mov",   "name",   "new",        "next",
-        "now",      "off",    "open",  "page",   "pl",   "place", "pm",    "post",   "properties", "ps",
-        "pub",      "py",     "read",  "report", "rs",   "run",   "save",  "sc",     "search",     "select",
-        "services", "sh",     "show",  "so",     "st",   "style", "tab",   "target", "tf",         "top",
-        "total",    "vi",     "watch", "zip"};
+        "am",         "as",     "bar",      "bz",    "cab",   "cat",    "cc",   "click", "data", "date",
+        "day",        "email",  "events",   "final", "foo",   "group",  "host", "how",   "id",   "java",
+        "la",         "link",   "map",      "md",    "mk",    "ml",     "mm",   "mo",    "mov",  "name",
+        "new",        "next",   "now",      "off",   "open",  "page",   "pl",   "place", "pm",   "post",
+        "properties", "ps",     "pub",      "py",    "read",  "report", "rs",   "run",   "save", "sc",
+        "search",     "select", "services", "sh",    "show",  "so",     "st",   "style", "tab",  "target",
+        "tf",         "top",    "total",    "vi",    "watch", "zip"};
     return std::ranges::any_of(words, [label](std::string_view word) { return equalsFolded(label, word); });
 }
 
@@ -65,21 +66,19 @@ public:
         : m_text(text)
         , m_scanner(text)
     {
-        m_links.reserve(text.size() / 256);
+        m_links.reserve(text.size() / 32);
     }
 
     std::vector<Link> run()
     {
         for (std::size_t at = m_scanner.next(0); at != std::string_view::npos;
              at = m_scanner.next(std::max(at + 1, m_floor))) {
-            if (m_text[at] == '.')
+            if (m_text[at] == ':')
+                readColon(at);
+            else if (at > 0 && m_text[at] == '.')
                 readHost(at);
-            else if (m_text[at] == '@')
+            else if (at > 0)
                 readMail(at);
-            else if (m_text.substr(at, 3) == "://")
-                readScheme(at);
-            else
-                readShortScheme(at);
         }
         return std::move(m_links);
     }
@@ -101,15 +100,24 @@ private:
     /// The end of what may follow a host and port: a path, a query, a fragment or nothing.
     std::size_t hostTailEnd(std::size_t at, char before) const
     {
-        return isOneOf(byteAt(at), "/?#") && at < m_text.size() ? tailEnd(m_text, at, before) : at;
+        return isOneOf(byteAt(at), "/?#") ? tailEnd(m_text, at, before) : at;
     }
 
+    void readColon(std::size_t colon)
+    {
+        if (byteAt(colon + 1) != '/' || byteAt(colon + 2) != '/')
+            readShortScheme(colon);
+        else if (!readPlainWebAddress(colon))
+            readScheme(colon);
+    }
     void readScheme(std::size_t colon);
+    bool readPlainWebAddress(std::size_t colon);
     std::size_t schemeBegin(std::size_t colon) const;
     std::size_t webAuthorityEnd(std::size_t at) const;
     void readShortScheme(std::size_t colon);
     bool isShortSchemeRest(std::string_view scheme, std::string_view rest) const;
     void readHost(std::size_t dot);
+    bool mayEndHost(std::size_t dot) const;
     bool isBareHost(const HostName &host, std::size_t dot) const;
     void readMail(std::size_t at);
 
@@ -185,7 +193,31 @@ std::size_t Detector::webAuthorityEnd(std::size_t at) const
         if (byteAt(end) == '.' && (next == '/' || (next == ':' && readPort(m_text, end + 1).number >= 0)))
             ++end; // the root's dot
     }
-    return readPort(m_text, end).end;
+    const Port port = readPort(m_text, end);
+    // "2001:db8::7" has no brackets, "a:b" no port.
+    if (byteAt(host) != '[' && !name.hasDot() && port.number < 0 && byteAt(end) == ':'
+        && (byteAt(end + 1) == ':' || hasClass(byteAt(end + 1), HostByte)))
+        return at;
+    return port.end;
+}
+
+/// Takes the plainest addresses, which most are, without the general rules; false for all others.
+bool Detector::readPlainWebAddress(std::size_t colon)
+{
+    const std::size_t length = colon > 0 && m_text[colon - 1] == 's' ? 5 : 4;
+    if (colon - m_floor < length)
+        return false;
+    const std::size_t begin = colon - length;
+    const char *const scheme = m_text.data() + begin;
+    if (scheme[0] != 'h' || scheme[1] != 't' || scheme[2] != 't' || scheme[3] != 'p')
+        return false;
+    if (begin > m_floor && hasClass(m_text[begin - 1], SchemeByte))
+        return false;
+    const std::size_t end = plainWebAddressEnd(m_text, colon + 3);
+    if (end == colon + 3)
+        return false;
+    add(begin, end, LinkForm::Complete);
+    return true;
 }
 
 void Detector::readScheme(std::size_t colon)
@@ -230,6 +262,8 @@ bool Detector::isShortSchemeRest(std::string_view scheme, std::string_view rest)
 
 void Detector::readShortScheme(std::size_t colon)
 {
+    if (colon == 0 || !isOneOf(lower(m_text[colon - 1]), "olsp"))
+        return;
     std::size_t begin = colon;
     const std::size_t bound = std::max(m_floor, colon > 8 ? colon - 8 : 0);
     while (begin > bound && hasClass(m_text[begin - 1], SchemeByte | HostByte))
@@ -266,28 +300,53 @@ bool Detector::isBareHost(const HostName &host, std::size_t end) const
     return byteAt(end) == '/' || !isCodeWord(last);
 }
 
+/// Whether the dot stands before the last label of a name, and that label is one to look at.
+bool Detector::mayEndHost(std::size_t dot) const
+{
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    if (!hasClass(m_text[dot - 1], HostByte | WideByte))
+        return false;
+    std::size_t end = dot + 1;
+    while (end < m_text.size() && hasClass(m_text[end], HostByte))
+        ++end;
+    const char next = byteAt(end);
+    if (isOneOf(next, "@(={"))
+        return false;
+    if (hasClass(next, WideByte) || m_text[end - 1] == '-')
+        return true;
+    if (next == '.' && hasClass(byteAt(end + 1), HostByte))
+        return false; // a later dot is before the last label
+    if (isDigit(m_text[dot + 1]))
+        return isDigit(m_text[dot - 1])
+            && slice(dot - std::min<std::size_t>(dot, 4), dot).find('.') != m_text.npos;
+    return isTopLevelDomain(slice(dot + 1, end));
+}
+
 void Detector::readHost(std::size_t dot)
 {
-    if (dot < m_hostsRead)
+    if (dot < m_hostsRead || !mayEndHost(dot))
         return;
     std::size_t begin = hostRunBegin(m_text, m_floor, dot);
     const bool cut = begin > 0 && hasClass(m_text[begin - 1], HostByte);
     begin = skipGluedPrefix(m_text, begin, dot);
-    const HostName host = readHostName(m_text, begin, &m_hostsRead);
-    m_hostsRead = std::max(m_hostsRead, dot + 1);
+    std::size_t runEnd;
+    const HostName host = readHostName(m_text, begin, &runEnd);
+    m_hostsRead = runEnd;
     const char before = byteBefore(begin);
     const Port port = readPort(m_text, host.end);
     LinkForm form = LinkForm::Host;
     if (before == '/' && begin > 2 && m_text[begin - 2] == '/' && isOneOf(m_text[begin - 3], "\"'(="))
         form = LinkForm::NetworkPath;
-    else if (cut || (before && isOneOf(before, "@./\\-$#%")))
+    else if (cut || isOneOf(before, "@./\\-$#%"))
         return;
-    if (m_text.substr(host.end, 3) == "://" || (byteAt(host.end) && isOneOf(byteAt(host.end), "(@={")))
+    if (m_text.substr(runEnd, 3) == "://" || isOneOf(byteAt(runEnd), "(@={"))
         return;
     if (!isBareHost(host, host.end))
         return;
     const bool digitsFollow =
         byteAt(host.end) == ':' && byteAt(host.end + 1) >= '0' && byteAt(host.end + 1) <= '9';
+    if (before == '[' && byteBefore(begin - 1) == '@')
+        return; // "me@[192.0.2.1]"
     if (digitsFollow && (port.number < 1 || port.number > 65535))
         return;
     if (before == ':' && m_text.substr(begin - std::min<std::size_t>(begin, 2), 2) == "::")
@@ -305,6 +364,10 @@ void Detector::readHost(std::size_t dot)
 
 void Detector::readMail(std::size_t at)
 {
+    const char last = m_text[at - 1];
+    if (!(hasClass(last, AlnumByte | WideByte) || isOneOf(last, "_~"))
+        || !hasClass(byteAt(at + 1), AlnumByte | WideByte))
+        return;
     const std::size_t bound = std::max(m_floor, at > longestLocalPart ? at - longestLocalPart : 0);
     std::size_t begin = at;
     while (begin > bound) {
@@ -325,7 +388,7 @@ void Detector::readMail(std::size_t at)
     while (begin < at && isOneOf(m_text[begin], ".'"))
         ++begin;
     begin = skipGluedPrefix(m_text, begin, at);
-    if (begin == at || m_text[at - 1] == '.' || byteBefore(begin) == '@')
+    if (begin == at || byteBefore(begin) == '@')
         return;
     std::size_t runEnd;
     const HostName host = readHostName(m_text, at + 1, &runEnd);

@@ -135,10 +135,11 @@ bool isIpv4Address(std::string_view host)
 std::size_t ipLiteralEnd(std::string_view text, std::size_t at)
 {
     constexpr std::size_t longest = 45; // eight groups of four digits, the last two as an IPv4 address
-    const std::size_t end = text.find(']', at);
-    if (end == std::string_view::npos || end - at - 1 > longest)
+    const std::size_t length = text.substr(at + 1, longest + 1).find(']');
+    if (length == std::string_view::npos)
         return at;
-    std::string_view rest = text.substr(at + 1, end - at - 1);
+    const std::size_t end = at + 1 + length;
+    std::string_view rest = text.substr(at + 1, length);
     int groups = 0;
     bool gap = false;
     if (rest.starts_with("::")) {

@@ -2,7 +2,7 @@
 #include "links/linktail.h"
 
 #include "links/linkcharacters.h"
-#include "links/triggerscanner.h"
+#include "links/plainaddress.h"
 
 #include <algorithm>
 
@@ -19,6 +19,8 @@ bool isEndingEntity(std::string_view text, std::size_t at)
     constexpr std::string_view entities[] = {"quot;", "lt;",   "gt;",   "apos;", "nbsp;", "#34;",
                                              "#39;",  "#039;", "#60;",  "#62;",  "#160;", "#x22;",
                                              "#x27;", "#x3c;", "#x3C;", "#x3e;", "#x3E;"};
+    if (at + 1 == text.size() || !isOneOf(text[at + 1], "qlgan#"))
+        return false;
     const std::string_view rest = text.substr(at + 1, 6);
     return std::ranges::any_of(entities,
                                [rest](std::string_view entity) { return rest.starts_with(entity); });
@@ -27,7 +29,9 @@ bool isEndingEntity(std::string_view text, std::size_t at)
 /// Another address begins at `at`: lists hold addresses with nothing but a comma between them.
 bool isAddressBegin(std::string_view text, std::size_t at)
 {
-    const std::string_view rest = text.substr(std::min(at, text.size()), 8);
+    if (at >= text.size() || !isOneOf(text[at], "hfw"))
+        return false;
+    const std::string_view rest = text.substr(at, 8);
     return rest.starts_with("http://") || rest.starts_with("https://") || rest.starts_with("ftp://")
         || rest.starts_with("www.");
 }
