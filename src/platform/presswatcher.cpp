@@ -7,6 +7,9 @@
 #include <xcb/xcb.h>
 
 // The extension's own header names a parameter "explicit".
+#if defined(__clang__)
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
 #define explicit explicit_
 #include <xcb/xinput.h>
 #undef explicit
