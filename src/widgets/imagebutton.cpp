@@ -8,8 +8,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 
-#include <cmath>
-
 namespace widgets {
 
 namespace {
@@ -17,37 +15,44 @@ namespace {
 constexpr qreal pressedOpacity = 0.5;
 constexpr int focusRingWidth = 2; // points
 
-QSize composedSize(QSize size, qreal scale)
+/// The device pixels that the widget covers in its window: at a scale of 1.25 two widgets of one size may
+/// differ by a pixel, since both of their edges are rounded.
+QSize coveredPixels(const QWidget &widget, qreal scale)
 {
-    return {int(std::ceil(size.width() * scale)), int(std::ceil(size.height() * scale))};
+    const QPoint corner = widget.mapTo(widget.window(), QPoint(0, 0));
+    return {qRound((corner.x() + widget.width()) * scale) - qRound(corner.x() * scale),
+            qRound((corner.y() + widget.height()) * scale) - qRound(corner.y() * scale)};
 }
 
-void drawCentred(QPainter &painter, QSize area, const QImage &image, qreal scale)
+/// A picture as large as the button in points is as large as the button in pixels, too, whatever the
+/// rounding.
+int pixelsOf(qreal points, int buttonPoints, int buttonPixels, qreal scale)
 {
-    if (image.isNull())
-        return;
-    const QSize size = (image.deviceIndependentSize() * scale).toSize();
-    const QImage sized =
-        image.size() == size ? image : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    const QPoint corner(qRound((area.width() - size.width()) / 2.0),
-                        qRound((area.height() - size.height()) / 2.0));
-    QImage plain = sized;
-    plain.setDevicePixelRatio(1);
-    painter.drawImage(corner, plain);
+    return points == buttonPoints ? buttonPixels : qRound(points * scale);
 }
 
 } // namespace
 
-QPixmap composeLook(const ImageLook &look, QSize size, qreal scale)
+QPixmap composeLook(const ImageLook &look, QSize size, QSize pixels, qreal scale)
 {
-    const QSize pixels = composedSize(size, scale);
-    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    for (const QImage *layer : {&look.background, &look.icon, &look.overlay})
-        drawCentred(painter, pixels, *layer, scale);
+    QImage canvas(pixels, QImage::Format_ARGB32_Premultiplied);
+    canvas.fill(Qt::transparent);
+    QPainter painter(&canvas);
+    for (const QImage *layer : {&look.background, &look.icon, &look.overlay}) {
+        if (layer->isNull())
+            continue;
+        const QSizeF points = layer->deviceIndependentSize();
+        const QSize sized(pixelsOf(points.width(), size.width(), pixels.width(), scale),
+                          pixelsOf(points.height(), size.height(), pixels.height(), scale));
+        QImage picture = layer->size() == sized
+            ? *layer
+            : layer->scaled(sized, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        picture.setDevicePixelRatio(1);
+        painter.drawImage(qRound((pixels.width() - sized.width()) / 2.0),
+                          qRound((pixels.height() - sized.height()) / 2.0), picture);
+    }
     painter.end();
-    QPixmap pixmap = QPixmap::fromImage(std::move(image), Qt::NoFormatConversion);
+    QPixmap pixmap = QPixmap::fromImage(std::move(canvas), Qt::NoFormatConversion);
     pixmap.setDevicePixelRatio(scale);
     return pixmap;
 }
@@ -71,7 +76,7 @@ void ImageButton::setLook(const ImageLook &look)
 QRegion ImageButton::opaqueRegion() const
 {
     if (!m_opaqueRegion) {
-        const QImage picture = composeLook(m_look, size(), 1).toImage();
+        const QImage picture = composeLook(m_look, size(), size(), 1).toImage();
         m_opaqueRegion = QRegion(QBitmap::fromImage(picture.createAlphaMask(Qt::ThresholdDither)));
     }
     return *m_opaqueRegion;
@@ -85,20 +90,16 @@ void ImageButton::resizeEvent(QResizeEvent *)
 void ImageButton::paintEvent(QPaintEvent *)
 {
     const qreal scale = devicePixelRatioF();
-    if (m_composed.isNull() || m_composed.devicePixelRatio() != scale
-        || m_composed.size() != composedSize(size(), scale))
-        m_composed = composeLook(m_look, size(), scale);
+    const QSize pixels = coveredPixels(*this, scale);
+    if (m_composed.isNull() || m_composed.devicePixelRatio() != scale || m_composed.size() != pixels)
+        m_composed = composeLook(m_look, size(), pixels, scale);
 
     QPainter painter(this);
     if (isDown()) {
         // The background stays solid; only what the button stands for gives way under the finger.
-        ImageLook background;
-        background.background = m_look.background;
-        painter.drawPixmap(0, 0, composeLook(background, size(), scale));
+        painter.drawPixmap(0, 0, composeLook({m_look.background, {}, {}}, size(), pixels, scale));
         painter.setOpacity(pressedOpacity);
-        ImageLook label = m_look;
-        label.background = QImage();
-        painter.drawPixmap(0, 0, composeLook(label, size(), scale));
+        painter.drawPixmap(0, 0, composeLook({{}, m_look.icon, m_look.overlay}, size(), pixels, scale));
         painter.setOpacity(1);
     } else {
         painter.drawPixmap(0, 0, m_composed);

@@ -20,9 +20,9 @@ struct ImageLook
     bool operator==(const ImageLook &) const = default;
 };
 
-/// The look of a button of `size` points at `scale` device pixels a point, every picture on whole device
-/// pixels.
-QPixmap composeLook(const ImageLook &look, QSize size, qreal scale);
+/// The look of a button of `size` points that covers `pixels` device pixels at `scale` pixels a point, every
+/// picture on whole pixels.
+QPixmap composeLook(const ImageLook &look, QSize size, QSize pixels, qreal scale);
 
 /// A button that is nothing but its pictures, and by which its window can be dragged: a press that moves
 /// further than the drag distance moves the window and fires nothing.

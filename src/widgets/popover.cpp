@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/popover.h"
 
+#include "platform/floatingwindow.h"
 #include "widgets/metrics.h"
 
 #include <QApplication>
@@ -205,6 +206,10 @@ void Popover::place()
     layout()->setContentsMargins(margins + padding);
     m_picture = QImage();
     setGeometry(QRect(corner, whole));
+    if (platform::isCompositing())
+        clearMask();
+    else // what is left transparent would be black
+        setMask(QRegion(outline().toFillPolygon().toPolygon()));
     update();
 }
 
