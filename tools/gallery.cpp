@@ -219,10 +219,12 @@ void describe(const Config &config)
                              .arg(fits ? QString() : QStringLiteral(", more than its place shows")));
     };
     const QString theme = config.currentTheme();
+    const QString builtIn = QStringLiteral("the built-in one");
+    const QString questionMark = QStringLiteral("the question mark");
     for (const QString &name : chromeElementNames())
-        line(chromeFolderURL(config, theme), name, QStringLiteral("the built-in one"));
+        line(chromeFolderURL(config, theme), name, name == QLatin1String("default") ? questionMark : builtIn);
     for (const QString &name : currentThemeIconNames(config))
-        line(iconsFolderURL(config, theme), name, QStringLiteral("the question mark"));
+        line(iconsFolderURL(config, theme), name, questionMark);
 }
 
 } // namespace
