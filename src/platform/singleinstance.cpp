@@ -82,29 +82,50 @@ SingleInstance::~SingleInstance()
 {
     if (m_socket >= 0) {
         ::unlinkat(m_folder, socketName, 0);
+        ::rmdir(m_path.constData());
         ::close(m_socket);
     }
     if (m_folder >= 0)
         ::close(m_folder);
 }
 
-void SingleInstance::openFolder()
+bool SingleInstance::openFolder()
 {
-    const QByteArray runtimeFolder = qgetenv("XDG_RUNTIME_DIR");
-    if (runtimeFolder.startsWith('/'))
-        m_folder = privateFolder(runtimeFolder + m_name);
-    if (m_folder < 0)
-        m_folder = privateFolder(QFile::encodeName(QDir::tempPath()) + m_name);
+    QByteArrayList places = {QFile::encodeName(QDir::tempPath())};
+    if (const QByteArray runtimeFolder = qgetenv("XDG_RUNTIME_DIR"); runtimeFolder.startsWith('/'))
+        places.prepend(runtimeFolder);
+    for (const QByteArray &place : places) {
+        m_path = place + m_name;
+        m_folder = privateFolder(m_path);
+        if (m_folder >= 0)
+            return true;
+    }
+    return false;
+}
+
+// Not a lock on a folder that its last owner took away between our opening and our locking it.
+bool SingleInstance::takeLock()
+{
+    while (::flock(m_folder, LOCK_EX | LOCK_NB) == 0) {
+        struct stat ours;
+        struct stat there;
+        if (::fstat(m_folder, &ours) == 0 && ::stat(m_path.constData(), &there) == 0
+            && ours.st_ino == there.st_ino)
+            return true;
+        ::close(m_folder);
+        if (!openFolder())
+            return true;
+    }
+    return errno != EWOULDBLOCK;
 }
 
 bool SingleInstance::claim(const QList<InstanceRequest> &requests)
 {
-    openFolder();
-    if (m_folder < 0)
+    if (!openFolder())
         return true;
-    if (::flock(m_folder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+    if (!takeLock()) {
         int patience = 5;
-        for (const InstanceRequest &request : requests) {
+        for (const InstanceRequest &request : requests.isEmpty() ? QList{InstanceRequest()} : requests) {
             // The other may hold the lock since a moment ago and listen in the next.
             while (!send(request) && patience-- > 0)
                 ::usleep(10'000);

@@ -35,8 +35,8 @@ public:
     ~SingleInstance() override;
 
     /// True when this is the only instance from here on, also where that cannot be found out. Otherwise the
-    /// requests went to the running one, and this one has nothing more to do. Needs no application object and
-    /// takes next to no time.
+    /// running one was sent the requests, or asked to come to the front when there are none, and this one has
+    /// nothing more to do. Needs no application object and takes next to no time.
     bool claim(const QList<InstanceRequest> &requests);
 
     /// Takes requests of later starts, and over the session bus as "org.freedesktop.Application" when there
@@ -48,11 +48,13 @@ Q_SIGNALS:
     void requested(const platform::InstanceRequest &request);
 
 private:
-    void openFolder();
+    bool openFolder();
+    bool takeLock();
     void receive();
     bool send(const InstanceRequest &request) const;
 
     QByteArray m_name; ///< of the private folder
+    QByteArray m_path; ///< of the private folder
     int m_folder = -1; ///< its descriptor, which holds the lock
     int m_socket = -1;
     std::unique_ptr<QSocketNotifier> m_notifier;

@@ -3,15 +3,19 @@
 
 #include "links/openlink.h"
 #include "model/config.h"
+#include "model/settingsstore.h"
 #include "platform/addressopener.h"
 #include "platform/aliasresolver.h"
 #include "platform/applicationid.h"
 #include "platform/filepanel.h"
 #include "platform/report.h"
+#include "platform/singleinstance.h"
 #include "platform/terminationsignals.h"
+#include "platform/uri.h"
 #include "platform/userfolders.h"
 #include "platform/workspace.h"
 #include "strip/appdelegate.h"
+#include "strip/commandline.h"
 #include "strip/commands.h"
 #include "strip/contentview.h"
 #include "strip/services.h"
@@ -29,6 +33,12 @@ namespace {
 /// After the last change, before the pictures are saved for the next start.
 constexpr std::chrono::seconds idleTime(2);
 
+/// After the first picture, before the session bus is asked for anything.
+constexpr std::chrono::milliseconds serviceDelay(200);
+
+const platform::InstanceRequest quitRequest = {platform::InstanceRequest::Kind::Action,
+                                               QStringLiteral("quit")};
+
 /// Hands everything to the desktop.
 class DesktopOpener : public links::LinkOpener
 {
@@ -44,11 +54,13 @@ struct ctrlApp::Parts
 {
     Parts(ctrlApp &app, const QString &documents)
         : config(documents, platform::stateFolder())
+        , instance(model::applicationFolder(config))
         , services{opener, *filePanel, [&app] { app.openSettings(); }}
     {
     }
 
     Config config;
+    platform::SingleInstance instance;
     DesktopOpener opener;
     std::unique_ptr<platform::FilePanel> filePanel = platform::makeFilePanel();
     StripServices services;
@@ -77,6 +89,10 @@ int ctrlApp::run()
         return EXIT_FAILURE;
     }
     m_parts = std::make_unique<Parts>(*this, *documents);
+    const QList<platform::InstanceRequest> requests = strip::requestsFrom(arguments().sliced(1));
+    const bool isOnly = m_parts->instance.claim(requests);
+    if (!isOnly || requests.contains(quitRequest))
+        return EXIT_SUCCESS;
     strip::loadOrCreateSettings(m_parts->config);
 
     ContentView &strip = m_parts->strip.emplace(m_parts->config, m_parts->services);
@@ -89,6 +105,12 @@ int ctrlApp::run()
         auto *commands = new Commands(m_parts->config, m_parts->services, strip);
         connect(&strip, &ContentView::contextMenuRequested, commands, &Commands::showMenus);
         connect(commands, &Commands::quitRequested, this, [] { quit(); });
+    });
+    connect(&m_parts->instance, &platform::SingleInstance::requested, this, &ctrlApp::perform);
+    QTimer::singleShot(serviceDelay, this, [this, requests] {
+        m_parts->instance.serve();
+        for (const platform::InstanceRequest &request : requests)
+            perform(request);
     });
     QTimer &idleTimer = m_parts->idleTimer;
     idleTimer.setSingleShot(true);
@@ -116,6 +138,30 @@ void ctrlApp::tidyUp()
     platform::holdTargets(aliases);
     connect(&platform::aliasResolver(), &platform::AliasResolver::targetFound, &m_parts->config,
             &Config::redrawNeeded, Qt::UniqueConnection);
+}
+
+void ctrlApp::perform(const platform::InstanceRequest &request)
+{
+    switch (request.kind) {
+    case platform::InstanceRequest::Kind::Activate:
+        m_parts->strip->raise();
+        m_parts->strip->activateWindow();
+        return;
+    case platform::InstanceRequest::Kind::Open:
+        // Only what leads somewhere else: we may be the program that the desktop has for this very file.
+        if (const auto path = platform::pathOfFileUri(request.text)) {
+            const auto target = platform::resolveAliasTarget(QFile::encodeName(*path), nullptr);
+            if (target && target->path != QFile::encodeName(*path))
+                platform::openFile(*path);
+        }
+        return;
+    case platform::InstanceRequest::Kind::Action:
+        if (request == quitRequest)
+            quit();
+        else if (request.text == QLatin1String("settings"))
+            openSettings();
+        return;
+    }
 }
 
 void ctrlApp::openSettings()

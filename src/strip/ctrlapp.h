@@ -11,6 +11,10 @@ class Config;
 class ContentView;
 struct StripServices;
 
+namespace platform {
+struct InstanceRequest;
+}
+
 /// The application object: owns Config, the services, the strip and its commands.
 class ctrlApp : public QApplication // named as the product names it
 {
@@ -28,6 +32,7 @@ private:
 
     void openSettings();
     void tidyUp();
+    void perform(const platform::InstanceRequest &request);
 
     std::unique_ptr<Parts> m_parts;
 };

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include "platform/aliasfile.h"
+#include "support/program.h"
+
+#include <QFile>
+#include <QTest>
+
+using namespace support;
+
+class TestInstance : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void laterStartsLeaveItToTheFirst();
+};
+
+void TestInstance::laterStartsLeaveItToTheFirst()
+{
+    Desktop desktop;
+    QVERIFY2(desktop.isUp(), qPrintable(desktop.problem()));
+    desktop.recordOpened({QStringLiteral("text/plain")});
+    const QString document = desktop.home() + QStringLiteral("/a text.txt");
+    QFile file(document);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("text") == 4);
+    file.close();
+    const QString alias = desktop.home() + QStringLiteral("/an alias");
+    QVERIFY(platform::writeAliasFile(QFile::encodeName(document), QFile::encodeName(alias), nullptr));
+
+    Program first(desktop, QStringLiteral(PW_PROGRAM));
+    QVERIFY2(!first.waitForWindow().isNull(), qPrintable(first.errors()));
+    const auto startAgain = [&](const QStringList &arguments) {
+        Program later(desktop, QStringLiteral(PW_PROGRAM), arguments);
+        QCOMPARE(later.waitForExit(), 0);
+        QCOMPARE(later.lines(), QStringList());
+    };
+    startAgain({});
+    // A file that is no alias might be one that the desktop opens with us, for ever.
+    startAgain({document});
+    startAgain({alias});
+    QTRY_COMPARE(desktop.opened().size(), 1);
+    QVERIFY(desktop.opened().first().endsWith(QStringLiteral("/a%20text.txt"))
+            || desktop.opened().first().endsWith(QStringLiteral("/a text.txt")));
+    startAgain({QStringLiteral("--quit")});
+    QCOMPARE(first.waitForExit(), 0);
+}
+
+QTEST_GUILESS_MAIN(TestInstance)
+#include "tst_instance.moc"
