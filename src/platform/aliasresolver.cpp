@@ -18,8 +18,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int maxSteps = 16; // alias files that lead to alias files
-constexpr auto linkTime = 20ms; // that one step may take away from the interface thread
-constexpr auto quickSearchTime = 6ms; // of it for a look around before the worker is asked
+constexpr auto nearbyTime = 10ms; // for the recorded folders, out of the 20 that one link may take
+constexpr auto quickSearchTime = 5ms; // for a look around before the worker is asked
 constexpr qsizetype quickSearchFolders = 3;
 constexpr qsizetype maxRemembered = 4096; // entries of each memory; then it starts anew
 
@@ -197,7 +197,7 @@ std::optional<QByteArray> AliasResolver::nearbyPlace(const Entry &entry, QList<Q
 {
     const AliasRecord &record = entry.record;
     const QList<FileIdentity> chain = chainOf(record);
-    const SearchLimit limit = SearchLimit::after(linkTime - quickSearchTime);
+    const SearchLimit limit = SearchLimit::after(nearbyTime);
     QByteArray folder = record.path;
     for (qsizetype level = 1; level <= record.folders.size() && folder != "/" && !limit.isReached();
          ++level) {
