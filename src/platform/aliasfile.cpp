@@ -68,9 +68,8 @@ std::optional<QByteArray> decoded(QByteArrayView text)
 
 bool readPath(QByteArrayView value, QByteArray &path)
 {
-    std::optional<QByteArray> bytes = decoded(value);
-    if (bytes)
-        path = *std::move(bytes);
+    const std::optional<QByteArray> bytes = decoded(value);
+    path = bytes.value_or(QByteArray());
     return bytes.has_value();
 }
 
