@@ -206,23 +206,14 @@ void TestAliasMoves::whileNotRunning()
 void TestAliasMoves::tellsWhenTheWorkerFinds()
 {
     Home home;
-    // So far down that the quick look does not come there.
-    Bytes deep = "other";
-    for (int i = 0; i < 40; ++i) {
-        for (int sibling = 0; sibling < 60; ++sibling)
-            ::mkdir(home.at(deep + "/s" + Bytes::number(sibling)).constData(), 0700);
-        deep += "/s59";
-    }
-    home.move("work/project/target", deep + "/target");
-    home.move("work", "gone");
-    ::rmdir(home.at("gone/project/part").constData());
-    ::rmdir(home.at("gone/project").constData());
+    home.write("work/project/part/low", "text");
+    home.makeAlias("work/project/part/low");
+    home.move("work/project/part/low", "other/deep/low"); // out of sight of the nearest folders
     home.startAnew();
     QSignalSpy found(home.resolver.get(), &AliasResolver::targetFound);
-    if (!home.found().isEmpty())
-        QSKIP("the machine is too fast for the quick look to give up");
-    QVERIFY(found.wait());
-    QCOMPARE(home.found(), deep + "/target");
+    QCOMPARE(home.found(), Bytes());
+    QVERIFY(found.wait(30000));
+    QCOMPARE(home.found(), Bytes("other/deep/low"));
 }
 
 void TestAliasMoves::copiedTogether()
@@ -277,8 +268,8 @@ void TestAliasMoves::targetOnAnotherFileSystem()
     QVERIFY(home.resolver->resolve(home.alias(), nullptr));
     QVERIFY(QFile::rename(other.filePath(QStringLiteral("target")), other.filePath(QStringLiteral("new"))));
     // Nothing is held there, but the recorded folder still tells.
-    const std::optional<AliasTarget> target = home.resolver->resolve(home.alias(), nullptr);
-    QVERIFY(target);
+    std::optional<AliasTarget> target;
+    QTRY_VERIFY((target = home.resolver->resolve(home.alias(), nullptr)));
     QCOMPARE(target->path, folder + "/new");
 }
 
@@ -290,6 +281,7 @@ void TestAliasMoves::aliasOfAlias()
         QVERIFY(
             writeAliasFile(home.at("A" + Bytes::number(i - 1)), home.at("A" + Bytes::number(i)), nullptr));
     home.move("work/project/target", "work/project/new");
+    QCOMPARE(home.foundByWorker(), Bytes("work/project/new"));
     const std::optional<AliasTarget> target = home.resolver->resolve(home.at("A14"), nullptr);
     QVERIFY(target);
     QCOMPARE(target->path, home.at("work/project/new"));
@@ -313,7 +305,7 @@ void TestAliasMoves::openedLinkIsRewritten()
 {
     Home home;
     home.move("work/project/target", "work/project/new");
-    QCOMPARE(home.found(), Bytes("work/project/new"));
+    QCOMPARE(home.foundByWorker(), Bytes("work/project/new"));
     home.resolver->refresh(home.alias());
     // Without the rewriting this step would lead out of every recorded folder.
     home.move("work/project", "other/deep/p");
@@ -332,7 +324,7 @@ void TestAliasMoves::drawingNeverWrites()
     struct stat after;
     home.move("work/project/target", "work/project/new");
     QCOMPARE(::stat(home.alias().constData(), &before), 0);
-    QCOMPARE(home.found(), Bytes("work/project/new"));
+    QCOMPARE(home.foundByWorker(), Bytes("work/project/new"));
     QCOMPARE(::stat(home.alias().constData(), &after), 0);
     QCOMPARE(FileStamp::of(after), FileStamp::of(before));
 }
@@ -356,8 +348,9 @@ void TestAliasMoves::automountIsNotTouched()
     const Bytes mounted = table + "23 22 0:10 / " + place + " rw - ext4 /dev/sdb rw\n";
     QVERIFY(resolves(mounted, "link/project/target"));
     // A network that answers is as good as a disk.
+    // (On a busy machine not always at once.)
     const Bytes network = table + "23 22 0:10 / " + place + " rw - nfs4 server:/ rw\n";
-    QVERIFY(resolves(network, "Documents/Tile/A"));
+    QTRY_VERIFY(resolves(network, "Documents/Tile/A"));
 }
 
 void TestAliasMoves::manyTargetsStayBelowTheLimit()
