@@ -174,10 +174,13 @@ void Popover::place()
     body.setHeight(std::min(body.height(), int(room.height() * screenShare)));
     body.setWidth(std::min(body.width(), room.width() - 2 * shadowWidth));
 
+    const int above = anchor.top() - room.top();
+    const int below = room.bottom() - anchor.bottom();
+    const int needed = body.height() + arrowHeight;
     if (m_side == Side::Above) {
-        const bool fits = anchor.top() - room.top() >= body.height() + arrowHeight;
-        const bool opposite = room.bottom() - anchor.bottom() > anchor.top() - room.top();
-        m_arrowEdge = fits || !opposite ? Edge::Bottom : Edge::Top;
+        m_arrowEdge = above >= needed || above >= below ? Edge::Bottom : Edge::Top;
+    } else if (m_side == Side::Below) {
+        m_arrowEdge = below >= needed || below >= above ? Edge::Top : Edge::Bottom;
     } else {
         const bool fits = room.right() - anchor.right() >= body.width() + arrowHeight;
         const bool opposite = anchor.left() - room.left() > room.right() - anchor.right();

@@ -19,7 +19,7 @@ class Popover : public QWidget
 
 public:
     /// The side of the anchor that it opens on while there is room; else the opposite one.
-    enum class Side { Above, Right };
+    enum class Side { Above, Right, Below };
     enum class Activation { TakeFocus, LeaveFocus };
 
     Popover(QWidget &anchor, Side side);
