@@ -43,6 +43,11 @@ constexpr std::array<const char *, 5> stateNames = {"_NET_WM_DESKTOP", "_NET_WM_
                                                     "_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR",
                                                     "_NET_WM_STATE_SKIP_PAGER"};
 
+xcb_window_t rootWindow(xcb_connection_t *x)
+{
+    return xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
+}
+
 void sendToRoot(xcb_connection_t *x, xcb_window_t window, xcb_atom_t type,
                 const std::array<uint32_t, 5> &data)
 {
@@ -52,7 +57,7 @@ void sendToRoot(xcb_connection_t *x, xcb_window_t window, xcb_atom_t type,
     message.window = window;
     message.type = type;
     std::copy(data.begin(), data.end(), message.data.data32);
-    xcb_send_event(x, false, xcb_setup_roots_iterator(xcb_get_setup(x)).data->root,
+    xcb_send_event(x, false, rootWindow(x),
                    XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char *>(&message));
 }
@@ -84,6 +89,23 @@ void requestAllDesktops(quintptr window)
     sendToRoot(x, id, desktop, {allDesktops, fromApplication, 0, 0, 0});
     sendToRoot(x, id, state, {add, sticky, skipTaskbar, fromApplication, 0});
     sendToRoot(x, id, state, {add, skipPager, 0, fromApplication, 0});
+    xcb_flush(x);
+}
+
+void moveToCurrentDesktop(quintptr window)
+{
+    xcb_connection_t *x = connection();
+    if (!x)
+        return;
+    const auto [current, desktop] = atoms<2>(x, {"_NET_CURRENT_DESKTOP", "_NET_WM_DESKTOP"});
+    const xcb_get_property_cookie_t cookie =
+        xcb_get_property(x, false, rootWindow(x), current, XCB_ATOM_CARDINAL, 0, 1);
+    const OwnedReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(x, cookie, nullptr), &std::free);
+    if (!reply || xcb_get_property_value_length(reply.get()) != sizeof(uint32_t))
+        return;
+    constexpr uint32_t fromApplication = 1;
+    const uint32_t number = *static_cast<const uint32_t *>(xcb_get_property_value(reply.get()));
+    sendToRoot(x, xcb_window_t(window), desktop, {number, fromApplication, 0, 0, 0});
     xcb_flush(x);
 }
 

@@ -15,6 +15,9 @@ void floatOnAllDesktops(quintptr window);
 /// properties of a new window only in part.
 void requestAllDesktops(quintptr window);
 
+/// Brings a mapped window to the desktop that the user looks at.
+void moveToCurrentDesktop(quintptr window);
+
 /// True while a compositor blends windows by their alpha channel; else what a window leaves transparent is
 /// black.
 bool isCompositing();
