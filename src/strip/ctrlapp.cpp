@@ -8,12 +8,14 @@
 #include "platform/aliasresolver.h"
 #include "platform/applicationid.h"
 #include "platform/filepanel.h"
+#include "platform/floatingwindow.h"
 #include "platform/report.h"
 #include "platform/singleinstance.h"
 #include "platform/terminationsignals.h"
 #include "platform/uri.h"
 #include "platform/userfolders.h"
 #include "platform/workspace.h"
+#include "settings/settingsview.h"
 #include "strip/appdelegate.h"
 #include "strip/commandline.h"
 #include "strip/commands.h"
@@ -23,6 +25,8 @@
 #include "themes/imagecache.h"
 
 #include <QFile>
+#include <QPointer>
+#include <QScreen>
 #include <QTimer>
 
 #include <chrono>
@@ -59,11 +63,14 @@ struct ctrlApp::Parts
     {
     }
 
+    ~Parts() { delete settings; }
+
     Config config;
     platform::SingleInstance instance;
     DesktopOpener opener;
     std::unique_ptr<platform::FilePanel> filePanel = platform::makeFilePanel();
     StripServices services;
+    QPointer<SettingsView> settings; // its own, deleted when the user closes it
     std::optional<ContentView> strip;
     std::optional<AppDelegate> appDelegate;
     QTimer idleTimer;
@@ -164,7 +171,25 @@ void ctrlApp::perform(const platform::InstanceRequest &request)
     }
 }
 
+/// One window, made anew at each opening. One that is open already comes to where the user is.
 void ctrlApp::openSettings()
 {
-    // The settings window.
+    QPointer<SettingsView> &window = m_parts->settings;
+    const bool isNew = !window;
+    if (isNew) {
+        window = new SettingsView(m_parts->config, *m_parts->filePanel);
+        window->setAttribute(Qt::WA_DeleteOnClose);
+    } else {
+        platform::moveToCurrentDesktop(window->winId());
+    }
+    const QScreen *screen = m_parts->strip->screen();
+    if (isNew || window->screen() != screen) {
+        QRect place(QPoint(), window->size());
+        place.moveCenter(screen->availableGeometry().center());
+        window->move(place.topLeft());
+    }
+    window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+    window->show();
+    window->raise();
+    window->activateWindow();
 }
