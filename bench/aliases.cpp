@@ -144,7 +144,7 @@ void measureMoves(const Tree &tree)
                         tree.move("home/work/part/renamed", first);
                         return time;
                     }),
-         "", 5);
+         5);
     tell("parent renamed in a folder of 10,000, ms",
          1e3
              * best(rounds,
@@ -154,7 +154,7 @@ void measureMoves(const Tree &tree)
                         tree.move("home/work/renamed", "home/work/part");
                         return time;
                     }),
-         "", 5);
+         5);
     const auto resolver = tree.resolver();
     tell("moved anywhere while the program runs, ms",
          1e3
@@ -166,7 +166,7 @@ void measureMoves(const Tree &tree)
                         tree.move("home/other", first);
                         return time;
                     }),
-         "", 1);
+         1);
 }
 
 /// As plain as can be: nothing but opening and reading folders, depth first.
