@@ -80,13 +80,21 @@ SingleInstance::SingleInstance(const QString &folder)
 
 SingleInstance::~SingleInstance()
 {
+    release();
+}
+
+void SingleInstance::release()
+{
+    m_notifier.reset();
     if (m_socket >= 0) {
         ::unlinkat(m_folder, socketName, 0);
         ::rmdir(m_path.constData());
         ::close(m_socket);
+        m_socket = -1;
     }
     if (m_folder >= 0)
         ::close(m_folder);
+    m_folder = -1;
 }
 
 bool SingleInstance::openFolder()
@@ -161,7 +169,8 @@ void SingleInstance::serve()
         connect(m_notifier.get(), &QSocketNotifier::activated, this, &SingleInstance::receive);
     }
     auto *service = new ApplicationService(this);
-    connect(service, &ApplicationService::requested, this, &SingleInstance::requested);
+    // Later, so that the caller has its answer before we may quit.
+    connect(service, &ApplicationService::requested, this, &SingleInstance::requested, Qt::QueuedConnection);
     service->start();
 }
 

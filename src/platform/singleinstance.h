@@ -44,6 +44,9 @@ public:
     /// out.
     void serve();
 
+    /// Gives the lock up and takes its folder away, as the end of the object does.
+    void release();
+
 Q_SIGNALS:
     void requested(const platform::InstanceRequest &request);
 

@@ -125,7 +125,9 @@ int ctrlApp::run()
     connect(&idleTimer, &QTimer::timeout, this, &ctrlApp::tidyUp);
     connect(&m_parts->config, &Config::redrawNeeded, &idleTimer, qOverload<>(&QTimer::start));
     idleTimer.start();
-    return exec();
+    const int status = exec();
+    m_parts->instance.release();
+    return status;
 }
 
 /// What can wait until nothing else is to do.
