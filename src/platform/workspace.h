@@ -12,7 +12,8 @@ namespace platform {
 /// Nothing is ever run only because it is executable.
 void openFile(const QString &path);
 
-/// Moves the file to the Trash in the background. `onFailure` is called on the interface thread. A move under
+/// Moves the file to the Trash in the background. `onFailure` is called on the interface thread, at the
+/// latest when the application object goes: it must not hold what goes before. A move under
 /// way at the end of the program is waited for.
 void moveToTrash(const QString &path, std::function<void(const Error &)> onFailure);
 

@@ -4,6 +4,7 @@
 #include "support/process.h"
 
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDir>
@@ -159,23 +160,23 @@ void TestSingleInstance::servesTheDesktop()
                                                       u'/' + platform::applicationId().replace(u'.', u'/'),
                                                       u"org.freedesktop.Application"_qs, method);
         message.setArguments(arguments);
-        return desktop.asyncCall(message);
+        return desktop.asyncCall(message, 2000);
     };
     call(u"Activate"_qs, {QVariantMap()});
     call(u"Open"_qs, {QStringList{u"file:///a"_qs, u"file:///b"_qs}, QVariantMap()});
     // Who asks us to quit once got an error, since we were gone before the answer was sent.
-    connect(instance.get(), &SingleInstance::requested, this, [](const InstanceRequest &request) {
+    QDBusPendingCall quit = QDBusPendingCall::fromError({});
+    connect(instance.get(), &SingleInstance::requested, this, [&quit](const InstanceRequest &request) {
         if (request.kind == Kind::Action)
-            QDBusConnection::disconnectFromBus(QDBusConnection::sessionBus().name());
+            quit.waitForFinished();
     });
-    const QDBusPendingCall quit = call(u"ActivateAction"_qs, {u"quit"_qs, QVariantList(), QVariantMap()});
+    quit = call(u"ActivateAction"_qs, {u"quit"_qs, QVariantList(), QVariantMap()});
     const QList<InstanceRequest> requests = {{Kind::Activate, {}},
                                              {Kind::Open, u"file:///a"_qs},
                                              {Kind::Open, u"file:///b"_qs},
                                              {Kind::Action, u"quit"_qs}};
     QTRY_COMPARE(m_requests, requests);
-    QTRY_VERIFY(quit.isFinished());
-    QVERIFY(!quit.isError());
+    QVERIFY(quit.isFinished() && !quit.isError());
 }
 
 QTEST_GUILESS_MAIN(TestSingleInstance)
