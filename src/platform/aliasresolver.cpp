@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QSocketNotifier>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -18,8 +19,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int maxSteps = 16; // alias files that lead to alias files
-constexpr auto nearbyTime = 10ms; // for the recorded folders, out of the 20 that one link may take
-constexpr auto quickSearchTime = 5ms; // for a look around before the worker is asked
+constexpr auto nearbyTime = 12ms; // for the recorded folders, out of the 20 that one link may take
+constexpr auto quickSearchTime = 4ms; // for a look around before the worker is asked
 constexpr qsizetype quickSearchFolders = 3;
 constexpr qsizetype maxRemembered = 4096; // entries of each memory; then it starts anew
 
@@ -64,6 +65,10 @@ AliasResolver::AliasResolver(const Places &places, std::unique_ptr<MountTable> m
     , m_search(places.searched,
                [this] { QMetaObject::invokeMethod(this, &AliasResolver::targetFound, Qt::QueuedConnection); })
 {
+    if (m_hints.watch() < 0)
+        return;
+    auto *deletions = new QSocketNotifier(m_hints.watch(), QSocketNotifier::Read, this);
+    connect(deletions, &QSocketNotifier::activated, this, [this] { m_hints.letGoDeleted(); });
 }
 
 std::optional<AliasResolver::Place> AliasResolver::look(const QByteArray &path, Error *error)

@@ -27,6 +27,11 @@ public:
     std::optional<QByteArray> place(const QByteArray &alias);
     void drop(const QByteArray &alias);
 
+    /// Becomes readable when something may have been deleted; then `letGoDeleted` is to be called. -1 for
+    /// never.
+    int watch() const { return m_watch; }
+    void letGoDeleted();
+
     qsizetype count() const { return m_held.size(); }
     static constexpr qsizetype maxCount = 512;
 
@@ -34,12 +39,16 @@ private:
     struct Held
     {
         int file = -1;
+        int watch = -1;
         dev_t device = 0;
         ino_t inode = 0;
         quint64 lastUse = 0;
     };
 
+    std::optional<QByteArray> presentPath(const Held &held) const;
+
     std::optional<dev_t> m_device; ///< none: nothing is held
+    int m_watch = -1;
     QHash<QByteArray, Held> m_held;
     quint64 m_uses = 0;
 };

@@ -90,6 +90,8 @@ private Q_SLOTS:
     void whileRunning();
     void whileNotRunning_data();
     void whileNotRunning();
+    void savedByReplacingThenMoved();
+    void deletedFileIsLetGo();
     void tellsWhenTheWorkerFinds();
     void copiedTogether();
     void reusedInodeIsAnotherFile();
@@ -103,6 +105,17 @@ private Q_SLOTS:
 };
 
 namespace {
+
+/// True when this process has a file open whose path, in the kernel's words, ends so.
+bool isOpen(const char *end)
+{
+    const QDir open(QStringLiteral("/proc/self/fd"));
+    for (const QFileInfo &file : open.entryInfoList(QDir::AllEntries | QDir::System)) {
+        if (file.symLinkTarget().endsWith(QLatin1String(end)))
+            return true;
+    }
+    return false;
+}
 
 void addMoves()
 {
@@ -201,6 +214,28 @@ void TestAliasMoves::whileNotRunning()
     change(home);
     home.startAnew();
     QTEST(home.foundByWorker(), "expected");
+}
+
+void TestAliasMoves::savedByReplacingThenMoved()
+{
+    const Home home;
+    QCOMPARE(home.found(), Bytes("work/project/target"));
+    home.write("work/project/.save", "new text");
+    home.move("work/project/.save", "work/project/target");
+    QVERIFY(!isOpen("/target"));
+    QTRY_VERIFY(isOpen("/target"));
+    home.move("work/project/target", "other/deep/x");
+    QCOMPARE(home.found(), Bytes("other/deep/x"));
+}
+
+/// A held file kept its room on the disk after it was deleted.
+void TestAliasMoves::deletedFileIsLetGo()
+{
+    const Home home;
+    QCOMPARE(home.found(), Bytes("work/project/target"));
+    home.remove("work/project/target");
+    QVERIFY(isOpen("/target (deleted)"));
+    QTRY_VERIFY(!isOpen("/target (deleted)"));
 }
 
 void TestAliasMoves::tellsWhenTheWorkerFinds()
