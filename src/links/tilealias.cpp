@@ -6,6 +6,7 @@
 #include "model/tiles.h"
 #include "model/uuidtext.h"
 #include "platform/aliasfile.h"
+#include "platform/aliasresolver.h"
 #include "platform/desktopentry.h"
 #include "platform/filepanel.h"
 #include "platform/localized.h"
@@ -89,6 +90,8 @@ void createAlias(const Config &config, const QUuid &tileId, const QByteArray &ta
     const QString path = model::tileFilePath(*tile, aliasName);
     if (!platform::writeAliasFile(target, QFile::encodeName(path), &error))
         platform::report(QStringLiteral("Failed to create alias: ") + error.description());
+    else
+        platform::holdTargets({QFile::encodeName(path)});
 }
 
 void linkFile(Config &config, const QUuid &tileId, const QByteArray &target)
