@@ -92,13 +92,14 @@ public:
     {
         return std::make_unique<AliasResolver>(AliasResolver::Places{at("home"), {at("home")}});
     }
-    /// Resolves the alias; its time in seconds.
+    /// Resolves the alias; its time in seconds. Giving up, as on a busy machine, counts as an hour.
     double resolve(AliasResolver &resolver, const QByteArray &expected) const
     {
         std::optional<AliasTarget> target;
         const double time = timed([&] { target = resolver.resolve(at("home/alias"), nullptr); });
-        check((target ? target->path : QByteArray()) == (expected.isEmpty() ? expected : at(expected)),
-              "target");
+        if (!target)
+            return expected.isEmpty() ? time : 3600;
+        check(target->path == at(expected), "target");
         return time;
     }
 
@@ -133,7 +134,7 @@ void measureStanding(const Tree &tree)
 
 void measureMoves(const Tree &tree)
 {
-    constexpr int rounds = 5;
+    constexpr int rounds = 9;
     const QByteArray first = "home/work/part/target";
     tell("renamed in a folder of 10,000, ms",
          1e3
