@@ -48,6 +48,11 @@ constexpr Range ranges[] = {
 
 WideKind kindOf(char32_t character)
 {
+    // Most texts past ASCII are in these: Latin to Cyrillic and Hebrew, and Han.
+    if (character > 0xBB && character < 0x060C)
+        return WideKind::Letter;
+    if (character > 0x3400 && character < 0xA000)
+        return WideKind::Cjk;
     const Range *range = std::ranges::lower_bound(ranges, character, {}, &Range::last);
     return range != std::end(ranges) && character >= range->first ? range->kind : WideKind::Letter;
 }

@@ -17,6 +17,8 @@ namespace {
 constexpr std::size_t longestScheme = 32; // bytes
 constexpr std::size_t longestLocalPart = 64;
 constexpr std::size_t longestUserPart = 128;
+constexpr std::size_t shortSchemeLook =
+    64; // of what follows "tel:" and the like, so much has to show that it is one
 
 constexpr char lower(char c)
 {
@@ -37,7 +39,7 @@ bool isAnyOf(std::string_view text, std::initializer_list<std::string_view> word
 
 bool hasHostRules(std::string_view scheme)
 {
-    return isAnyOf(scheme, {"https", "http", "ftp", "ftps", "ws", "wss"});
+    return isAnyOf(scheme, {"http", "https", "ftp", "ftps", "ws", "wss"});
 }
 
 bool isForbidden(std::string_view scheme)
@@ -49,13 +51,16 @@ bool isForbidden(std::string_view scheme)
 bool isCodeWord(std::string_view label)
 {
     constexpr std::string_view words[] = {
-        "am",         "as",     "bar",      "bz",    "cab",   "cat",    "cc",   "click", "data", "date",
-        "day",        "email",  "events",   "final", "foo",   "group",  "host", "how",   "id",   "java",
-        "la",         "link",   "map",      "md",    "mk",    "ml",     "mm",   "mo",    "mov",  "name",
-        "new",        "next",   "now",      "off",   "open",  "page",   "pl",   "place", "pm",   "post",
-        "properties", "ps",     "pub",      "py",    "read",  "report", "rs",   "run",   "save", "sc",
-        "search",     "select", "services", "sh",    "show",  "so",     "st",   "style", "tab",  "target",
-        "tf",         "top",    "total",    "vi",    "watch", "zip"};
+        "am",    "as",       "audio",      "bar",     "black", "blue",   "box",    "bz",       "cab",
+        "call",  "cat",      "cc",         "channel", "click", "data",   "date",   "day",      "do",
+        "dot",   "download", "email",      "events",  "fail",  "final",  "foo",    "green",    "group",
+        "host",  "how",      "id",         "inc",     "int",   "java",   "la",     "link",     "map",
+        "md",    "mk",       "ml",         "mm",      "mo",    "mov",    "name",   "new",      "next",
+        "now",   "off",      "open",       "page",    "phone", "pink",   "pl",     "place",    "pm",
+        "post",  "pro",      "properties", "ps",      "pub",   "py",     "read",   "red",      "report",
+        "rs",    "run",      "sas",        "save",    "sc",    "search", "select", "services", "sh",
+        "show",  "so",       "st",         "stream",  "style", "tab",    "target", "tf",       "top",
+        "total", "vi",       "video",      "watch",   "zip"};
     return std::ranges::any_of(words, [label](std::string_view word) { return equalsFolded(label, word); });
 }
 
@@ -162,8 +167,7 @@ std::size_t Detector::webAuthorityEnd(std::size_t at) const
     HostName name = readHostName(m_text, at, &runEnd);
     if (isOneOf(byteAt(runEnd), "@:%+~!$&*=.")) {
         std::size_t user = at;
-        while (user < m_text.size() && user - at < longestUserPart
-               && hasClass(m_text[user], UserByte | WideByte))
+        while (user < m_text.size() && user - at < longestUserPart && hasClass(m_text[user], UserByte))
             ++user;
         if (byteAt(user) == '@') {
             const std::string_view name_ = slice(at, std::min(m_text.find(':', at), user));
@@ -224,8 +228,6 @@ void Detector::readScheme(std::size_t colon)
 {
     const std::size_t begin = schemeBegin(colon);
     const std::string_view scheme = slice(begin, colon);
-    if (scheme.empty() || isForbidden(scheme))
-        return;
     const char before = byteBefore(begin);
     const std::size_t rest = colon + 3;
     if (hasHostRules(scheme)) {
@@ -234,6 +236,8 @@ void Detector::readScheme(std::size_t colon)
             add(begin, hostTailEnd(end, before), LinkForm::Complete);
         return;
     }
+    if (scheme.empty() || isForbidden(scheme))
+        return;
     const std::size_t end = tailEnd(m_text, rest, before);
     const auto says = [](char c) { return hasClass(c, AlnumByte | WideByte) || c == '/'; };
     if (std::ranges::any_of(slice(rest, end), says))
@@ -270,8 +274,12 @@ void Detector::readShortScheme(std::size_t colon)
         --begin;
     if (!isAnyOf(slice(begin, colon), {"mailto", "tel", "sms", "geo", "maps", "xmpp"}))
         return;
+    // Before the end is looked for: text that only looks so may hold this scheme again and again.
+    const std::string_view scheme = slice(begin, colon);
+    if (!isShortSchemeRest(scheme, m_text.substr(colon + 1, shortSchemeLook)))
+        return;
     const std::size_t end = tailEnd(m_text, colon + 1, byteBefore(begin));
-    if (isShortSchemeRest(slice(begin, colon), slice(colon + 1, end)))
+    if (isShortSchemeRest(scheme, slice(colon + 1, end).substr(0, shortSchemeLook)))
         add(begin, end, LinkForm::Complete);
 }
 

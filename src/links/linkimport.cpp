@@ -24,7 +24,9 @@ bool isImportableTextFile(const QString &path)
     if (::stat(name.constData(), &status) != 0 || !S_ISREG(status.st_mode)
         || ::access(name.constData(), R_OK) != 0)
         return false;
-    const QMimeType type = QMimeDatabase().mimeTypeForFile(path);
+    // By its content an empty file is "empty", whatever its name.
+    const auto mode = status.st_size == 0 ? QMimeDatabase::MatchExtension : QMimeDatabase::MatchDefault;
+    const QMimeType type = QMimeDatabase().mimeTypeForFile(path, mode);
     const auto is = [&type](const char *parent) { return type.inherits(QLatin1String(parent)); };
     // The database counts these among plain text, but their text is not what people read.
     const bool picture = type.name().startsWith(QLatin1String("image/")) && !is("image/svg+xml");

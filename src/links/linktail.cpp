@@ -46,6 +46,18 @@ std::size_t entityBegin(std::string_view text, std::size_t from, std::size_t end
     return at > from && at < end - 1 && text[at - 1] == '&' ? at - 1 : end;
 }
 
+/// The next byte that may end the address: near ones by single steps, since they come in groups, then by
+/// vectors.
+std::size_t nextCheckByte(std::string_view text, std::size_t at)
+{
+    const std::size_t near = std::min(at + 8, text.size());
+    for (; at < near; ++at) {
+        if (hasClass(text[at], CheckByte))
+            return at;
+    }
+    return findCheckByte(text, at, text.size());
+}
+
 std::size_t trimmedEnd(std::string_view text, std::size_t from, std::size_t end, char before)
 {
     while (end > from) {
@@ -67,7 +79,7 @@ std::size_t tailEnd(std::string_view text, std::size_t from, char before)
 {
     unsigned open[3] = {};
     std::size_t at = from;
-    while ((at = findCheckByte(text, at, text.size())) < text.size()) {
+    while ((at = nextCheckByte(text, at)) < text.size()) {
         const char c = text[at];
         if (hasClass(c, EndByte) || (c == before && isOneOf(c, "'|")))
             break;

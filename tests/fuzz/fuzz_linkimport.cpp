@@ -24,8 +24,10 @@ extern "C" int LLVMFuzzerTestOneInput(const char *data, std::size_t size)
     if (!platform::writeInPlace(path, bytes, nullptr))
         std::abort();
     Config config(dir.filePath(QStringLiteral("Documents")), dir.filePath(QStringLiteral("state")));
-    config.setTileItems({TileItem()});
-    links::importLinksFromPath(config, config.tileItems().constFirst().id, path);
+    TileItem tile;
+    tile.tileDirectory = QStringLiteral("file:///tile");
+    config.setTileItems({tile});
+    links::importLinksFromPath(config, tile.id, path);
 
     const bool readable = platform::decodeUtf8(bytes, nullptr).has_value();
     if (!readable && !config.tileItems().constFirst().tileMenuItems.isEmpty())

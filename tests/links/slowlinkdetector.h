@@ -287,7 +287,7 @@ private:
     std::size_t authority(std::size_t from) const
     {
         std::size_t user = from;
-        while ((alnum(at(user)) || in(at(user), "._-+%~!$&*=:,;") || wide(user)) && bytes(from, user) < 128)
+        while ((alnum(at(user)) || in(at(user), "._-+%~!$&*=:,;")) && bytes(from, user) < 128)
             ++user;
         std::size_t start = from;
         const std::string name = slice(from, user);
@@ -323,7 +323,7 @@ private:
             --begin;
         const std::string name = lower(slice(begin, colon));
         const std::size_t end = tail(colon + 1, before(begin));
-        const std::string rest = slice(colon + 1, end);
+        const std::string rest = slice(colon + 1, end).substr(0, 64);
         if (rest.empty() || !static_cast<unsigned char>(rest[0]))
             return;
         const auto has = [&rest](char c) { return rest.find(c) != rest.npos; };
@@ -390,16 +390,19 @@ private:
                 if (host.labels.size() > 2 && oneOf(first, {"com", "org", "net", "edu", "gov", "io"}))
                     return;
                 if (at(host.end) != '/'
-                    && oneOf(last, {"am",    "as",     "bar",    "bz",       "cab",   "cat",        "cc",
-                                    "click", "data",   "date",   "day",      "email", "events",     "final",
-                                    "foo",   "group",  "host",   "how",      "id",    "java",       "la",
-                                    "link",  "map",    "md",     "mk",       "ml",    "mm",         "mo",
-                                    "mov",   "name",   "new",    "next",     "now",   "off",        "open",
-                                    "page",  "pl",     "place",  "pm",       "post",  "properties", "ps",
-                                    "pub",   "py",     "read",   "report",   "rs",    "run",        "save",
-                                    "sc",    "search", "select", "services", "sh",    "show",       "so",
-                                    "st",    "style",  "tab",    "target",   "tf",    "top",        "total",
-                                    "vi",    "watch",  "zip"}))
+                    && oneOf(last, {"am",         "as",     "audio", "bar",   "black", "blue",     "box",
+                                    "bz",         "cab",    "call",  "cat",   "cc",    "channel",  "click",
+                                    "data",       "date",   "day",   "do",    "dot",   "download", "email",
+                                    "events",     "fail",   "final", "foo",   "green", "group",    "host",
+                                    "how",        "id",     "inc",   "int",   "java",  "la",       "link",
+                                    "map",        "md",     "mk",    "ml",    "mm",    "mo",       "mov",
+                                    "name",       "new",    "next",  "now",   "off",   "open",     "page",
+                                    "phone",      "pink",   "pl",    "place", "pm",    "post",     "pro",
+                                    "properties", "ps",     "pub",   "py",    "read",  "red",      "report",
+                                    "rs",         "run",    "sas",   "save",  "sc",    "search",   "select",
+                                    "services",   "sh",     "show",  "so",    "st",    "stream",   "style",
+                                    "tab",        "target", "tf",    "top",   "total", "vi",       "video",
+                                    "watch",      "zip"}))
                     return;
             }
         }

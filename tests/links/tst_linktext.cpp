@@ -136,6 +136,8 @@ void TestLinkText::importsTextOnly_data()
                               << "";
     QTest::newRow("byte-order mark") << "a.txt" << QByteArray("\xEF\xBB\xBFhttp://a.org") << "http://a.org"
                                      << "";
+    QTest::newRow("empty") << "a.txt" << QByteArray() << ""
+                           << "";
     QTest::newRow("no links") << "a.txt" << QByteArray("nothing") << ""
                               << "";
     const QString failed = QStringLiteral("Failed to read file: The text is not valid UTF-8.");
