@@ -15,6 +15,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScreen>
+#include <QWheelEvent>
 
 #include <algorithm>
 
@@ -183,9 +184,12 @@ void ContentView::layoutElements()
     };
     place(m_leadingCap, m_leadingCap->length(m_vertical));
     place(m_homeTile, tileSize);
-    place(m_tileArea, std::max(0, qRound(m_spring.position(now()) * tilesLength())));
+    const int room = (m_vertical ? height() : width()) - at - m_trailingCap->length(m_vertical);
+    const int shown = std::clamp(qRound(m_spring.position(now()) * tilesLength()), 0, std::max(0, room));
+    place(m_tileArea, shown);
     place(m_trailingCap, m_trailingCap->length(m_vertical));
-    int along = 0;
+    m_scroll = std::clamp(m_scroll, 0, std::max(0, tilesLength() - std::max(0, room)));
+    int along = -m_scroll;
     for (Tile *tile : std::as_const(m_tiles)) {
         tile->move(m_vertical ? QPoint(0, along) : QPoint(along, 0));
         along += tileSize;
@@ -222,6 +226,30 @@ void ContentView::moveFocus(int step)
     const qsizetype index = order.indexOf(focusWidget());
     const qsizetype next = std::clamp<qsizetype>(index + step, 0, order.size() - 1);
     order.at(next)->setFocus(Qt::TabFocusReason);
+
+    const QRect tile = order.at(next)->geometry();
+    if (order.at(next)->parentWidget() == m_tileArea) {
+        const int start = m_vertical ? tile.top() : tile.left();
+        const int beyond = start + tileSize - (m_vertical ? m_tileArea->height() : m_tileArea->width());
+        if (start < 0)
+            scrollTo(m_scroll + start);
+        else if (beyond > 0)
+            scrollTo(m_scroll + beyond);
+    }
+}
+
+/// Where the screen is too short for all tiles, those between the home tile and the far cap move.
+void ContentView::scrollTo(int position)
+{
+    m_scroll = position;
+    layoutElements();
+}
+
+void ContentView::wheelEvent(QWheelEvent *event)
+{
+    const QPoint turn = event->angleDelta();
+    constexpr int notch = 120; // of the toolkit's units, for one tile
+    scrollTo(m_scroll - (turn.y() ? turn.y() : turn.x()) * tileSize / notch);
 }
 
 void ContentView::resizeEvent(QResizeEvent *)

@@ -43,6 +43,7 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     bool event(QEvent *event) override;
 
@@ -53,6 +54,7 @@ private:
     void updateShape();
     void advanceSpring();
     void moveFocus(int step);
+    void scrollTo(int position);
     double now() const;
     int tilesLength() const;
 
@@ -65,6 +67,7 @@ private:
     QWidget *m_tileArea; ///< clips the tiles while they come and go
     EndCap *m_trailingCap;
     QList<Tile *> m_tiles; ///< in strip order; empty while hidden
+    int m_scroll = 0; ///< points of the tiles before the tile area, where the window is too short for all
     QSize m_announcedSize;
     widgets::Spring m_spring; ///< shown length of the tiles as a share of their whole length
     QTimer m_frameTimer; ///< runs only while the spring does

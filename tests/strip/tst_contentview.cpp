@@ -7,6 +7,7 @@
 #include <QAbstractButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWheelEvent>
 
 using namespace support;
 
@@ -41,6 +42,7 @@ private Q_SLOTS:
     void hidesAndShowsTheTiles();
     void growsWithItsContent();
     void arrowsWalkTheStrip();
+    void tooLongAStripScrolls();
 };
 
 void TestContentView::packsItsElements_data()
@@ -148,6 +150,40 @@ void TestContentView::arrowsWalkTheStrip()
     QTest::keyClick(strip.focusWidget(), Qt::Key_Right);
     QTest::keyClick(strip.focusWidget(), Qt::Key_Right); // stays at the end
     QCOMPARE(strip.focusWidget()->objectName(), QStringLiteral("Hide or show tiles"));
+}
+
+/// With 20 tiles on a screen of 768 points the last ones and the far cap lay beyond the screen's edge.
+void TestContentView::tooLongAStripScrolls()
+{
+    StripWorld world;
+    world.config.setDirection(QStringLiteral("ttb"));
+    for (int i = 0; i < 20; ++i)
+        world.addTile(QString::number(i), {});
+    ContentView strip(world.config, world.services);
+    strip.resize(44, 768);
+    strip.show();
+    const auto *cap = strip.findChild<QAbstractButton *>(QStringLiteral("Hide or show tiles"));
+    QCOMPARE(placeOf(strip, cap).bottom(), 767);
+    const QList<Tile *> tiles = tilesOf(strip);
+    const auto turn = [&strip](int notches) {
+        QWheelEvent wheel(QPointF(22, 300), strip.mapToGlobal(QPointF(22, 300)), QPoint(),
+                          QPoint(0, -120 * notches), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&strip, &wheel);
+    };
+    turn(1);
+    QCOMPARE(placeOf(strip, tiles.at(1)).top(), 14 + 44);
+    turn(100);
+    QCOMPARE(placeOf(strip, tiles.last()).bottom() + 1, placeOf(strip, cap).top());
+    turn(-100);
+    QCOMPARE(placeOf(strip, tiles.first()).top(), 14 + 44);
+
+    strip.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&strip));
+    tiles.first()->setFocus();
+    for (int i = 0; i < 19; ++i)
+        QTest::keyClick(strip.focusWidget(), Qt::Key_Down);
+    QCOMPARE(strip.focusWidget(), tiles.last());
+    QCOMPARE(placeOf(strip, tiles.last()).bottom() + 1, placeOf(strip, cap).top());
 }
 
 QTEST_MAIN(TestContentView)
