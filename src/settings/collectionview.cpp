@@ -62,9 +62,9 @@ void CollectionView::add(const links::LinkTemplate &source)
 /// The arrow keys of the buttons walk the grid.
 bool CollectionView::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() != QEvent::KeyPress)
+    const qsizetype index = m_buttons.indexOf(qobject_cast<TemplateButton *>(watched));
+    if (event->type() != QEvent::KeyPress || index < 0)
         return QScrollArea::eventFilter(watched, event);
-    const qsizetype index = m_buttons.indexOf(static_cast<TemplateButton *>(watched));
     const int forward = layoutDirection() == Qt::RightToLeft ? -1 : 1;
     int step = 0;
     switch (static_cast<QKeyEvent *>(event)->key()) {
