@@ -31,6 +31,7 @@ NameField::NameField(QWidget *parent)
     font.setPixelSize(settings::nameFontSize);
     font.setBold(true);
     setFont(font);
+    setTextMargins(4, 0, 4, 0);
     QPalette colors;
     colors.setColor(QPalette::Base, Qt::transparent);
     setPalette(colors);
