@@ -11,7 +11,6 @@
 #include <utility>
 
 #include <fcntl.h>
-#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace platform {
@@ -239,10 +238,8 @@ std::optional<AliasRecord> describeTarget(const QByteArray &path, const QByteArr
 {
     const QByteArray target = absolutePath(path, "/"); // without a folder's slash at the end
     struct stat status;
-    struct statfs fileSystem;
     const std::optional<FileIdentity> identity = identify(target);
-    if (!identity || ::stat(target.constData(), &status) != 0
-        || ::statfs(target.constData(), &fileSystem) != 0) {
+    if (!identity || ::stat(target.constData(), &status) != 0) {
         if (error) {
             const QString text = QFile::decodeName(target);
             *error = Error::fromErrno(
@@ -255,8 +252,7 @@ std::optional<AliasRecord> describeTarget(const QByteArray &path, const QByteArr
     record.relativePath = relativePath(target, parentPath(aliasFile));
     record.kind = fileKind(status.st_mode);
     record.device = status.st_dev;
-    record.fileSystem =
-        quint64(quint32(fileSystem.f_fsid.__val[0])) << 32 | quint32(fileSystem.f_fsid.__val[1]);
+    record.fileSystem = fileSystemId(target);
     record.identity = *identity;
     record.size = status.st_size;
     record.changed = QByteArray::number(qint64(status.st_mtim.tv_sec)) + '.'

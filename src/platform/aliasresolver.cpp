@@ -49,6 +49,11 @@ AliasResolver::Places userPlaces()
     return {home, documents.isEmpty() ? QList{home} : QList{documents, home}};
 }
 
+bool fits(FileKind kind, const struct stat &status)
+{
+    return kind == FileKind::Any || kind == fileKind(status.st_mode);
+}
+
 template <typename Value>
 void remember(QHash<QByteArray, Value> &memory, const QByteArray &key, const Value &value)
 {
@@ -133,8 +138,7 @@ std::optional<AliasTarget> AliasResolver::resolve(const QByteArray &path, Error 
 std::optional<AliasResolver::Place> AliasResolver::recordedPlace(const Entry &entry)
 {
     std::optional<Place> place = look(entry.record.path, nullptr);
-    const FileKind kind = entry.record.kind;
-    if (!place || (kind != FileKind::Any && kind != fileKind(place->status.st_mode)))
+    if (!place || !fits(entry.record.kind, place->status))
         return std::nullopt;
     return place;
 }
@@ -143,8 +147,7 @@ std::optional<AliasResolver::Place> AliasResolver::accept(const std::optional<QB
                                                           const Entry &entry)
 {
     std::optional<Place> place = path && !liesInTrash(*path) ? look(*path, nullptr) : std::nullopt;
-    if (!place
-        || (entry.record.kind != FileKind::Any && entry.record.kind != fileKind(place->status.st_mode)))
+    if (!place || !fits(entry.record.kind, place->status))
         return std::nullopt;
     m_hints.keep(entry.key, place->path, place->status);
     return place;

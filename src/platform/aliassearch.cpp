@@ -93,9 +93,23 @@ struct AliasSearch::State
         return std::any_of(asked.cbegin(), asked.cend(), same)
             || std::any_of(running.cbegin(), running.cend(), same);
     }
+    bool mayHold(const AliasRecord &record) const;
     Results lookFor(const QList<AliasRecord> &records) const;
     void work();
 };
+
+/// A stick that was pulled out is not to be looked for in the home folder.
+bool AliasSearch::State::mayHold(const AliasRecord &record) const
+{
+    if (record.device == 0 || record.fileSystem == 0)
+        return true;
+    // Either number alone may be another after the machine has started anew.
+    return std::any_of(folders.cbegin(), folders.cend(), [&record](const QByteArray &folder) {
+        struct stat status;
+        return ::stat(folder.constData(), &status) == 0
+            && (status.st_dev == record.device || fileSystemId(folder) == record.fileSystem);
+    });
+}
 
 Results AliasSearch::State::lookFor(const QList<AliasRecord> &records) const
 {
@@ -109,15 +123,20 @@ Results AliasSearch::State::lookFor(const QList<AliasRecord> &records) const
     QList<FileIdentity> wanted;
     QList<Origin> origins;
     Results round;
+    qsizetype missing = 0;
     for (qsizetype i = 0; i < records.size(); ++i) {
         round.insert(targetKey(records.at(i)), {});
+        if (!mayHold(records.at(i)))
+            continue;
+        ++missing;
         const QList<FileIdentity> chain = chainOf(records.at(i));
         for (qsizetype level = 0; level < chain.size(); ++level) {
             wanted.append(chain.at(level));
             origins.append({i, level});
         }
     }
-    qsizetype missing = round.size();
+    if (missing == 0)
+        return round;
     findBelowFolders(folders, wanted, {Clock::now() + roundTime, &cancelled}, [&](const SearchHit &hit) {
         const Origin origin = origins.at(hit.index);
         Result &result = round[targetKey(records.at(origin.record))];

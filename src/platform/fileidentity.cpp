@@ -4,6 +4,7 @@
 #include <ctime>
 
 #include <fcntl.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace platform {
@@ -65,6 +66,14 @@ bool FileStamp::isSettled() const
     if (now.tv_sec - seconds > 1)
         return true;
     return (now.tv_sec - seconds) * 1'000'000'000 + now.tv_nsec - nanoseconds > tick;
+}
+
+quint64 fileSystemId(const QByteArray &path)
+{
+    struct statfs status;
+    if (::statfs(path.constData(), &status) != 0)
+        return 0;
+    return quint64(quint32(status.f_fsid.__val[0])) << 32 | quint32(status.f_fsid.__val[1]);
 }
 
 bool isSameFile(const FileIdentity &recorded, const FileIdentity &present)

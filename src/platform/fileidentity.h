@@ -33,6 +33,9 @@ struct FileIdentity
 /// The identity of what stands at the path, symbolic links followed. Nothing when there is nothing.
 std::optional<FileIdentity> identify(const QByteArray &path);
 
+/// The number of the file system that holds the path; 0 when there is none.
+quint64 fileSystemId(const QByteArray &path);
+
 /// True when `present` is surely the recorded file: the inode number and whatever else was recorded agree. A
 /// record of the inode number alone never suffices.
 bool isSameFile(const FileIdentity &recorded, const FileIdentity &present);

@@ -96,6 +96,7 @@ private Q_SLOTS:
     void copiedTogether();
     void reusedInodeIsAnotherFile();
     void targetOnAnotherFileSystem();
+    void pulledOutDiskIsNotSearchedFor();
     void aliasOfAlias();
     void loopIsBroken();
     void openedLinkIsRewritten();
@@ -306,6 +307,25 @@ void TestAliasMoves::targetOnAnotherFileSystem()
     std::optional<AliasTarget> target;
     QTRY_VERIFY((target = home.resolver->resolve(home.alias(), nullptr)));
     QCOMPARE(target->path, folder + "/new");
+}
+
+void TestAliasMoves::pulledOutDiskIsNotSearchedFor()
+{
+    Home home;
+    home.write("work/project/part/low", "text");
+    home.makeAlias("work/project/part/low");
+    QFile file(QFile::decodeName(home.alias()));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QByteArray text = file.readAll();
+    for (const char *key : {"device: ", "filesystem: "})
+        text.replace(key, Bytes(key) + "1
+was: ");
+    text.replace("relative: ", "was: ");
+    QVERIFY(parseAlias(text, nullptr));
+    home.write("Documents/Tile/A", text);
+    home.move("work/project/part/low", "other/deep/low");
+    home.startAnew();
+    QCOMPARE(home.foundByWorker(), Bytes());
 }
 
 void TestAliasMoves::aliasOfAlias()
