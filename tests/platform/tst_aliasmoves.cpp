@@ -318,8 +318,7 @@ void TestAliasMoves::pulledOutDiskIsNotSearchedFor()
     QVERIFY(file.open(QIODevice::ReadOnly));
     QByteArray text = file.readAll();
     for (const char *key : {"device: ", "filesystem: "})
-        text.replace(key, Bytes(key) + "1
-was: ");
+        text.replace(key, Bytes(key) + "1\nwas: ");
     text.replace("relative: ", "was: ");
     QVERIFY(parseAlias(text, nullptr));
     home.write("Documents/Tile/A", text);
