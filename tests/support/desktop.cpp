@@ -90,7 +90,8 @@ Desktop::Desktop(const DesktopOptions &options)
 
 Desktop::~Desktop()
 {
-    std::for_each(m_processes.rbegin(), m_processes.rend(), [](const auto &process) { endProcess(*process); });
+    std::for_each(m_processes.rbegin(), m_processes.rend(),
+                  [](const auto &process) { endProcess(*process); });
 }
 
 /// Starts a part of the desktop; with `firstLine` it has come up when it has written that.
