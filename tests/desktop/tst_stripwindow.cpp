@@ -153,7 +153,11 @@ void TestStripWindow::endsWithoutWriting()
     } else if (quitKeys) {
         m_desktop->run(QStringLiteral("xdotool"),
                        {QStringLiteral("windowactivate"), QStringLiteral("--sync"), m_strip.id});
-        m_desktop->key(QStringLiteral("ctrl+q"));
+        // The shortcuts come a moment after the window.
+        QVERIFY(waitUntil([this] {
+            m_desktop->key(QStringLiteral("ctrl+q"));
+            return !m_program->isRunning();
+        }));
     } else {
         m_desktop->click(m_strip.geometry.topLeft() + quitButton);
     }

@@ -115,10 +115,11 @@ bool Desktop::startManager(const QString &command)
     const QString program = arguments.takeFirst();
     if (!start(program, program, arguments))
         return false;
+    // A window that is mapped while a manager still starts is never shown: wait until it does what it is
+    // asked.
     if (!waitUntil([this] {
-            return run(QStringLiteral("xprop"),
-                       {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
-                .contains("window id");
+            run(QStringLiteral("xdotool"), {QStringLiteral("set_num_desktops"), QStringLiteral("3")});
+            return run(QStringLiteral("xdotool"), {QStringLiteral("get_num_desktops")}).trimmed() == "3";
         }))
         m_problem = program + QStringLiteral(" does not manage the screen");
     return isUp();

@@ -42,7 +42,10 @@ wait_for() { # WHAT COMMAND...
 
 strip() { xdotool search --onlyvisible --name '^pondWicket$' | head -n 1 | grep .; }
 painted() { (($(import -silent -window "$(strip)" png:- | identify -format %k -) > 2)); }
-managed() { xprop -root _NET_SUPPORTING_WM_CHECK | grep 'window id'; }
+managed() { # a window that is mapped while the manager still starts is never shown
+    xdotool set_num_desktops 3
+    [[ $(xdotool get_num_desktops) == 3 ]]
+}
 
 width=$(awk "BEGIN { print int(1280 * $scale) }")
 height=$(awk "BEGIN { print int(800 * $scale) }")

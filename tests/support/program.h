@@ -23,6 +23,7 @@ public:
     QList<Window> windows() const { return m_desktop.windows(searchTerms()); }
     Window waitForWindow() const { return m_desktop.waitForWindow(searchTerms()); }
 
+    bool isRunning() const { return m_process->state() != QProcess::NotRunning; }
     void terminate() { m_process->terminate(); }
     /// The exit status once the program has ended by itself; -1 when it crashed or still runs.
     int waitForExit();
