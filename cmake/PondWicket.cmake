@@ -86,6 +86,13 @@ function(pw_tool name source)
     target_link_libraries(${name} PRIVATE pw_flags ${arg_LINKS})
 endfunction()
 
+# pw_bench(<name> LINKS <targets>): bench/<name>.cpp, a measuring program that "./dev bench <name>" runs.
+function(pw_bench name)
+    pw_tool(bench_${name} ${name}.cpp ${ARGN})
+    set_target_properties(bench_${name} PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench OUTPUT_NAME ${name})
+endfunction()
+
 # pw_fuzzer(<name> LINKS <targets>): tests/fuzz/<name>.cpp with libFuzzer's main.
 function(pw_fuzzer name)
     cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
