@@ -326,7 +326,7 @@ bool Detector::mayEndHost(std::size_t dot) const
         return false; // a later dot is before the last label
     if (isDigit(m_text[dot + 1]))
         return isDigit(m_text[dot - 1])
-            && slice(dot - std::min<std::size_t>(dot, 4), dot).find('.') != m_text.npos;
+            && slice(dot - std::min<std::size_t>(dot, 4), dot).find('.') != std::string_view::npos;
     return isTopLevelDomain(slice(dot + 1, end));
 }
 

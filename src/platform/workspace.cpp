@@ -125,7 +125,7 @@ void openFile(const QString &path)
     runInBackground([place = target ? target->path : name] { open(place); });
 }
 
-void moveToTrash(const QString &path, std::function<void(const Error &)> onFailure)
+void moveToTrash(const QString &path, const std::function<void(const Error &)> &onFailure)
 {
     if (gio() && runInBackground([path, onFailure] { trash(path, onFailure); }))
         return;

@@ -15,7 +15,7 @@ void openFile(const QString &path);
 /// Moves the file to the Trash in the background. `onFailure` is called on the interface thread, at the
 /// latest when the application object goes: it must not hold what goes before. A move under
 /// way at the end of the program is waited for.
-void moveToTrash(const QString &path, std::function<void(const Error &)> onFailure);
+void moveToTrash(const QString &path, const std::function<void(const Error &)> &onFailure);
 
 /// True when a move failed because the place of the file has no Trash.
 bool isWithoutTrash(const Error &error);

@@ -6,7 +6,8 @@
 
 #include <cstdlib>
 
-/// Any bytes: the links are those of the slow detector, in order and apart, and each makes an address by the grammar.
+/// Any bytes: the links are those of the slow detector, in order and apart, and each makes an address by the
+/// grammar.
 extern "C" int LLVMFuzzerTestOneInput(const char *data, std::size_t size)
 {
     const std::string_view text(data, size);
@@ -20,7 +21,8 @@ extern "C" int LLVMFuzzerTestOneInput(const char *data, std::size_t size)
         end = link.begin + link.length;
         const std::string address = links::absoluteAddress(text, link);
         const std::optional<platform::Uri> uri = platform::parseUriReference(QString::fromStdString(address));
-        if (!uri || uri->scheme.isEmpty() || uri->host != QString::fromStdString(std::string(links::addressHost(address))))
+        if (!uri || uri->scheme.isEmpty()
+            || uri->host != QString::fromStdString(std::string(links::addressHost(address))))
             std::abort();
     }
     return 0;

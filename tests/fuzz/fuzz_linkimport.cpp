@@ -11,8 +11,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-/// A text file of any bytes: links come from it exactly when the strict decoder takes it, and what was saved is read
-/// back the same.
+/// A text file of any bytes: links come from it exactly when the strict decoder takes it, and what was saved
+/// is read back the same.
 extern "C" int LLVMFuzzerTestOneInput(const char *data, std::size_t size)
 {
     static const QTemporaryDir dir;
