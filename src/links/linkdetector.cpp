@@ -4,6 +4,7 @@
 #include "links/linkcharacters.h"
 #include "links/linkhost.h"
 #include "links/linktail.h"
+#include "links/linkwords.h"
 #include "links/plainaddress.h"
 #include "links/topleveldomains.h"
 #include "links/triggerscanner.h"
@@ -17,52 +18,8 @@ namespace {
 constexpr std::size_t longestScheme = 32; // bytes
 constexpr std::size_t longestLocalPart = 64;
 constexpr std::size_t longestUserPart = 128;
-constexpr std::size_t shortSchemeLook =
-    64; // of what follows "tel:" and the like, so much has to show that it is one
-
-constexpr char lower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? char(c | 0x20) : c;
-}
-
-/// `word` is lower-case.
-bool equalsFolded(std::string_view text, std::string_view word)
-{
-    return text.size() == word.size()
-        && std::ranges::equal(text, word, [](char a, char b) { return lower(a) == b; });
-}
-
-bool isAnyOf(std::string_view text, std::initializer_list<std::string_view> words)
-{
-    return std::ranges::any_of(words, [text](std::string_view word) { return equalsFolded(text, word); });
-}
-
-bool hasHostRules(std::string_view scheme)
-{
-    return isAnyOf(scheme, {"http", "https", "ftp", "ftps", "ws", "wss"});
-}
-
-bool isForbidden(std::string_view scheme)
-{
-    return isAnyOf(scheme, {"javascript", "data", "vbscript"});
-}
-
-/// Top-level domains that are better known as file endings or as words of programs.
-bool isCodeWord(std::string_view label)
-{
-    constexpr std::string_view words[] = {
-        "am",    "as",       "audio",      "bar",     "black", "blue",   "box",    "bz",       "cab",
-        "call",  "cat",      "cc",         "channel", "click", "data",   "date",   "day",      "do",
-        "dot",   "download", "email",      "events",  "fail",  "final",  "foo",    "green",    "group",
-        "host",  "how",      "id",         "inc",     "int",   "java",   "la",     "link",     "map",
-        "md",    "mk",       "ml",         "mm",      "mo",    "mov",    "name",   "new",      "next",
-        "now",   "off",      "open",       "page",    "phone", "pink",   "pl",     "place",    "pm",
-        "post",  "pro",      "properties", "ps",      "pub",   "py",     "read",   "red",      "report",
-        "rs",    "run",      "sas",        "save",    "sc",    "search", "select", "services", "sh",
-        "show",  "so",       "st",         "stream",  "style", "tab",    "target", "tf",       "top",
-        "total", "vi",       "video",      "watch",   "zip"};
-    return std::ranges::any_of(words, [label](std::string_view word) { return equalsFolded(label, word); });
-}
+// So much of what follows "tel:" and the like has to show that it is one.
+constexpr std::size_t shortSchemeLook = 64;
 
 class Detector
 {
@@ -71,6 +28,7 @@ public:
         : m_text(text)
         , m_scanner(text)
     {
+        // A link in 32 bytes is more than most texts hold; what is not written to costs no memory.
         m_links.reserve(text.size() / 32);
     }
 
@@ -120,10 +78,10 @@ private:
     std::size_t schemeBegin(std::size_t colon) const;
     std::size_t webAuthorityEnd(std::size_t at) const;
     void readShortScheme(std::size_t colon);
-    bool isShortSchemeRest(std::string_view scheme, std::string_view rest) const;
     void readHost(std::size_t dot);
     bool mayEndHost(std::size_t dot) const;
-    bool isBareHost(const HostName &host, std::size_t dot) const;
+    bool isScopeOrScript(std::size_t begin) const;
+    bool isBareHost(const HostName &host) const;
     void readMail(std::size_t at);
 
     std::string_view m_text;
@@ -142,7 +100,7 @@ std::size_t Detector::schemeBegin(std::size_t colon) const
         --begin;
     // A word glued to a web address does not make another scheme of it, but "git+http" is one.
     for (const std::string_view web : {"https", "http"}) {
-        if (colon - begin >= web.size() && equalsFolded(slice(colon - web.size(), colon), web)) {
+        if (colon - begin >= web.size() && isAnyOf(slice(colon - web.size(), colon), {web})) {
             const std::size_t from = colon - web.size();
             if (from == begin || !isOneOf(m_text[from - 1], "+-"))
                 return from;
@@ -170,8 +128,8 @@ std::size_t Detector::webAuthorityEnd(std::size_t at) const
         while (user < m_text.size() && user - at < longestUserPart && hasClass(m_text[user], UserByte))
             ++user;
         if (byteAt(user) == '@') {
-            const std::string_view name_ = slice(at, std::min(m_text.find(':', at), user));
-            const bool isUser = std::ranges::none_of(name_, [](char c) { return isOneOf(c, ",;"); });
+            const std::string_view userName = slice(at, std::min(m_text.find(':', at), user));
+            const bool isUser = std::ranges::none_of(userName, [](char c) { return isOneOf(c, ",;"); });
             if (isUser && user > at) {
                 host = user + 1;
                 name = readHostName(m_text, host, &runEnd);
@@ -244,47 +202,25 @@ void Detector::readScheme(std::size_t colon)
         add(begin, end, LinkForm::Complete);
 }
 
-bool Detector::isShortSchemeRest(std::string_view scheme, std::string_view rest) const
-{
-    if (rest.empty())
-        return false;
-    const auto has = [rest](char c) { return rest.find(c) != std::string_view::npos; };
-    const auto digits = std::ranges::count_if(rest, [](char c) { return c >= '0' && c <= '9'; });
-    const char first = rest.front();
-    if (equalsFolded(scheme, "mailto"))
-        return std::ranges::any_of(rest, [](char c) { return hasClass(c, AlnumByte | WideByte); });
-    if (equalsFolded(scheme, "tel"))
-        return digits >= 2 && isOneOf(first, "+(*#-0123456789");
-    if (equalsFolded(scheme, "sms"))
-        return isOneOf(first, "+?&(0123456789") && rest.size() > 1;
-    if (equalsFolded(scheme, "geo"))
-        return isOneOf(first, "+-0123456789") && has(',');
-    if (equalsFolded(scheme, "maps"))
-        return has('=') || (first == '/' && rest.size() > 1);
-    return equalsFolded(scheme, "xmpp") && (has('@') || has('.'));
-}
-
 void Detector::readShortScheme(std::size_t colon)
 {
-    if (colon == 0 || !isOneOf(lower(m_text[colon - 1]), "olsp"))
+    if (colon == 0 || !isOneOf(m_text[colon - 1], "olspOLSP")) // mailto, geo; tel; sms, maps; xmpp
         return;
     std::size_t begin = colon;
     const std::size_t bound = std::max(m_floor, colon > 8 ? colon - 8 : 0);
     while (begin > bound && hasClass(m_text[begin - 1], SchemeByte | HostByte))
         --begin;
-    if (!isAnyOf(slice(begin, colon), {"mailto", "tel", "sms", "geo", "maps", "xmpp"}))
-        return;
     // Before the end is looked for: text that only looks so may hold this scheme again and again.
     const std::string_view scheme = slice(begin, colon);
-    if (!isShortSchemeRest(scheme, m_text.substr(colon + 1, shortSchemeLook)))
+    if (!isShortScheme(scheme, m_text.substr(colon + 1, shortSchemeLook)))
         return;
     const std::size_t end = tailEnd(m_text, colon + 1, byteBefore(begin));
-    if (isShortSchemeRest(scheme, slice(colon + 1, end).substr(0, shortSchemeLook)))
+    if (isShortScheme(scheme, slice(colon + 1, end).substr(0, shortSchemeLook)))
         add(begin, end, LinkForm::Complete);
 }
 
 /// The rules for hosts without a scheme that look at nothing but the name and what touches it.
-bool Detector::isBareHost(const HostName &host, std::size_t end) const
+bool Detector::isBareHost(const HostName &host) const
 {
     if (!host.valid || !host.hasDot())
         return false;
@@ -305,7 +241,7 @@ bool Detector::isBareHost(const HostName &host, std::size_t end) const
         return false;
     if (host.secondLastLabel != host.begin && isAnyOf(first, {"com", "org", "net", "edu", "gov", "io"}))
         return false; // "org.example.app" is the name of a program
-    return byteAt(end) == '/' || !isCodeWord(last);
+    return byteAt(host.end) == '/' || !isCodeWord(last);
 }
 
 /// Whether the dot stands before the last label of a name, and that label is one to look at.
@@ -330,44 +266,42 @@ bool Detector::mayEndHost(std::size_t dot) const
     return isTopLevelDomain(slice(dot + 1, end));
 }
 
+/// Whether the ":" before `begin` tells that no address begins here: "std::x", "javascript:x".
+bool Detector::isScopeOrScript(std::size_t begin) const
+{
+    std::size_t word = begin - 1;
+    while (word > m_floor && begin - word < longestScheme && hasClass(m_text[word - 1], AlnumByte))
+        --word;
+    return byteBefore(begin - 1) == ':' || isForbidden(slice(word, begin - 1));
+}
+
 void Detector::readHost(std::size_t dot)
 {
     if (dot < m_hostsRead || !mayEndHost(dot))
         return;
     std::size_t begin = hostRunBegin(m_text, m_floor, dot);
-    const bool cut = begin > 0 && hasClass(m_text[begin - 1], HostByte);
+    const bool isCut = hasClass(byteBefore(begin), HostByte);
     begin = skipGluedPrefix(m_text, begin, dot);
-    std::size_t runEnd;
-    const HostName host = readHostName(m_text, begin, &runEnd);
-    m_hostsRead = runEnd;
+    const HostName host = readHostName(m_text, begin, &m_hostsRead);
+
     const char before = byteBefore(begin);
+    const bool isPath =
+        before == '/' && begin > 2 && m_text[begin - 2] == '/' && isOneOf(m_text[begin - 3], "\"'(=");
+    if (!isPath && (isCut || isOneOf(before, "@./\\-$#%")))
+        return;
+    if (before == '[' && byteBefore(begin - 1) == '@') // "me@[192.0.2.1]"
+        return;
+    if (before == ':' && isScopeOrScript(begin))
+        return;
+    if (m_text.substr(m_hostsRead, 3) == "://" || isOneOf(byteAt(m_hostsRead), "(@={"))
+        return;
     const Port port = readPort(m_text, host.end);
-    LinkForm form = LinkForm::Host;
-    if (before == '/' && begin > 2 && m_text[begin - 2] == '/' && isOneOf(m_text[begin - 3], "\"'(="))
-        form = LinkForm::NetworkPath;
-    else if (cut || isOneOf(before, "@./\\-$#%"))
+    const char afterColon = byteAt(host.end + 1);
+    const bool hasDigits = byteAt(host.end) == ':' && afterColon >= '0' && afterColon <= '9';
+    if ((hasDigits && (port.number < 1 || port.number > 65535)) || !isBareHost(host))
         return;
-    if (m_text.substr(runEnd, 3) == "://" || isOneOf(byteAt(runEnd), "(@={"))
-        return;
-    if (!isBareHost(host, host.end))
-        return;
-    const bool digitsFollow =
-        byteAt(host.end) == ':' && byteAt(host.end + 1) >= '0' && byteAt(host.end + 1) <= '9';
-    if (before == '[' && byteBefore(begin - 1) == '@')
-        return; // "me@[192.0.2.1]"
-    if (digitsFollow && (port.number < 1 || port.number > 65535))
-        return;
-    if (before == ':' && m_text.substr(begin - std::min<std::size_t>(begin, 2), 2) == "::")
-        return;
-    if (before == ':') {
-        std::size_t word = begin - 1;
-        while (word > m_floor && begin - word < longestScheme && hasClass(m_text[word - 1], AlnumByte))
-            --word;
-        if (isForbidden(slice(word, begin - 1)))
-            return;
-    }
-    const std::size_t from = form == LinkForm::NetworkPath ? begin - 2 : begin;
-    add(from, hostTailEnd(port.end, byteBefore(from)), form);
+    const std::size_t from = isPath ? begin - 2 : begin;
+    add(from, hostTailEnd(port.end, byteBefore(from)), isPath ? LinkForm::NetworkPath : LinkForm::Host);
 }
 
 void Detector::readMail(std::size_t at)
