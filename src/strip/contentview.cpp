@@ -117,7 +117,8 @@ void ContentView::syncTiles()
     QList<Tile *> left = m_tiles;
     QList<Tile *> made;
     m_tiles.clear();
-    for (const TileItem &item : m_config.tileItems()) {
+    const QList<TileItem> shown = m_config.tileItems().mid(0, strip::mostTileViews);
+    for (const TileItem &item : shown) {
         const auto kept = std::find_if(left.begin(), left.end(),
                                        [&item](const Tile *tile) { return tile->tileItem() == item; });
         if (kept != left.end()) {

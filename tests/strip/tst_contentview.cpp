@@ -43,6 +43,7 @@ private Q_SLOTS:
     void growsWithItsContent();
     void arrowsWalkTheStrip();
     void tooLongAStripScrolls();
+    void hostileNumberOfTiles();
 };
 
 void TestContentView::packsItsElements_data()
@@ -184,6 +185,21 @@ void TestContentView::tooLongAStripScrolls()
         QTest::keyClick(strip.focusWidget(), Qt::Key_Down);
     QCOMPARE(strip.focusWidget(), tiles.last());
     QCOMPARE(placeOf(strip, tiles.last()).bottom() + 1, placeOf(strip, cap).top());
+}
+
+/// A settings file can hold any number of tiles. A view for each of them hung the program for minutes.
+void TestContentView::hostileNumberOfTiles()
+{
+    StripWorld world;
+    QList<TileItem> tiles(100'000);
+    for (TileItem &tile : tiles)
+        tile.iconName = QStringLiteral("default");
+    world.config.setTileItems(tiles);
+    ContentView strip(world.config, world.services);
+    strip.resize(1024, 44);
+    strip.show();
+    QCOMPARE(tilesOf(strip).size(), 1000);
+    QCOMPARE(placeOf(strip, tilesOf(strip).at(20)), QRect(14 + 21 * 44, 0, 44, 44));
 }
 
 QTEST_MAIN(TestContentView)
