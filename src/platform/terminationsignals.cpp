@@ -38,4 +38,14 @@ void onTerminationSignal(std::function<void()> end)
         ::sigaction(signal, &action, nullptr);
 }
 
+void outliveFailedWrites()
+{
+    // A handler, not SIG_IGN, which programs started by us would inherit.
+    struct sigaction action = {};
+    action.sa_handler = [](int) {};
+    action.sa_flags = SA_RESTART;
+    for (const int signal : {SIGPIPE, SIGXFSZ})
+        ::sigaction(signal, &action, nullptr);
+}
+
 } // namespace platform

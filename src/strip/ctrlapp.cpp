@@ -89,6 +89,7 @@ ctrlApp::~ctrlApp() = default;
 
 int ctrlApp::run()
 {
+    platform::outliveFailedWrites();
     platform::Error error;
     const std::optional<QString> documents = platform::documentsFolder(&error);
     if (!documents) {
