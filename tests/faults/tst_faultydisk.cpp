@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: MIT
+// Every call that changes the disk fails once, or from some call on, and nothing of the user's may be lost.
+// The calls are those of this program's own, which stand before the C library's.
+#include "links/tilealias.h"
+#include "model/safetycopies.h"
+#include "model/settingsjson.h"
+#include "model/settingsstore.h"
+#include "model/tiles.h"
+#include "platform/files.h"
+#include "strip/startup.h"
+#include "support/stdoutcapture.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cerrno>
+#include <cstdarg>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+struct Faults
+{
+    bool on = false;
+    int error = 0; ///< 0: writes take only a part of the bytes, and nothing fails
+    int first = 0; ///< the call that fails
+    bool forGood = false; ///< and all after it
+    int calls = 0;
+
+    bool strikes()
+    {
+        if (!on)
+            return false;
+        const int call = calls++;
+        if (error == 0 || (forGood ? call < first : call != first))
+            return false;
+        errno = error;
+        return true;
+    }
+};
+
+thread_local Faults faults;
+
+} // namespace
+
+extern "C" {
+
+ssize_t write(int file, const void *bytes, size_t size)
+{
+    if (file > STDERR_FILENO) {
+        if (faults.strikes())
+            return -1;
+        if (faults.on && faults.error == 0 && size > 1)
+            size = size / 2;
+    }
+    return ::syscall(SYS_write, file, bytes, size);
+}
+
+int open(const char *path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = flags & O_CREAT ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    if (flags & O_CREAT && faults.strikes())
+        return -1;
+    return int(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+}
+
+int ftruncate(int file, off_t size) noexcept
+{
+    return faults.error != EINTR && faults.strikes() ? -1 : int(::syscall(SYS_ftruncate, file, size));
+}
+
+int fchmod(int file, mode_t mode) noexcept
+{
+    return faults.error != EINTR && faults.strikes() ? -1 : int(::syscall(SYS_fchmod, file, mode));
+}
+
+int mkdir(const char *path, mode_t mode) noexcept
+{
+    return faults.error != EINTR && faults.strikes() ? -1 : int(::syscall(SYS_mkdir, path, mode));
+}
+
+int rename(const char *from, const char *to) noexcept
+{
+    return faults.error != EINTR && faults.strikes() ? -1 : int(::syscall(SYS_rename, from, to));
+}
+
+int renameat2(int fromFolder, const char *from, int toFolder, const char *to, unsigned flags) noexcept
+{
+    return faults.error != EINTR && faults.strikes()
+        ? -1
+        : int(::syscall(SYS_renameat2, fromFolder, from, toFolder, to, flags));
+}
+
+} // extern "C"
+
+class TestFaultyDisk : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void nothingIsLost_data();
+    void nothingIsLost();
+};
+
+namespace {
+
+/// A home as a user has it, made anew for each fault.
+struct World
+{
+    explicit World(bool isFirstRun)
+    {
+        QDir().mkpath(config.documentDirectory());
+        config.setAvailableThemes({QStringLiteral("1984")});
+        if (isFirstRun)
+            return;
+        model::addTile(config);
+        platform::writeAtomically(notes(), "before", nullptr);
+        model::saveSettings(config);
+    }
+
+    QString notes() const
+    {
+        return model::tileFilePath(config.tileItems().constFirst(), QStringLiteral("Notes.txt"));
+    }
+    QByteArray settings() const { return bytesOf(model::settingsFileURL(config)); }
+    QByteArray lastGood() const { return bytesOf(model::lastGoodPath(config.stateDirectory())); }
+    static QByteArray bytesOf(const QString &path)
+    {
+        return platform::readWholeFile(path, nullptr).value_or(QByteArray());
+    }
+
+    QTemporaryDir folder;
+    Config config{folder.filePath(QStringLiteral("Documents")), folder.filePath(QStringLiteral("state"))};
+};
+
+const QByteArray newNote(3000, 'n');
+
+void save(World &world)
+{
+    world.config.setShowsDate(true);
+    model::saveSettings(world.config);
+}
+
+void addTile(World &world)
+{
+    model::addTile(world.config);
+}
+
+void linkFile(World &world)
+{
+    links::linkFile(world.config, world.config.tileItems().constFirst().id, "/usr/bin/env");
+}
+
+void writeNote(World &world)
+{
+    platform::writeAtomically(world.notes(), newNote, nullptr);
+}
+
+void startFirst(World &world)
+{
+    strip::loadOrCreateSettings(world.config);
+}
+
+} // namespace
+
+void TestFaultyDisk::nothingIsLost_data()
+{
+    QTest::addColumn<int>("error");
+    QTest::addColumn<bool>("forGood");
+    QTest::newRow("disk full") << ENOSPC << true;
+    QTest::newRow("read-only from now on") << EROFS << true;
+    QTest::newRow("no more files") << EMFILE << false;
+    QTest::newRow("one failure of the device") << EIO << false;
+    QTest::newRow("one interruption") << EINTR << false;
+    QTest::newRow("short writes") << 0 << false;
+}
+
+void TestFaultyDisk::nothingIsLost()
+{
+    QFETCH(const int, error);
+    QFETCH(const bool, forGood);
+    const bool isHarmless = error == 0 || error == EINTR;
+    int struck = 0;
+    for (void (*deed)(World &) : {save, addTile, linkFile, writeNote, startFirst}) {
+        for (int first = 0;; ++first) {
+            World world(deed == startFirst);
+            const SettingsData before = world.config.stored();
+            const QByteArray oldText = model::settingsToJson(before);
+            StdoutCapture capture;
+            faults = {true, error, first, forGood};
+            deed(world);
+            const int calls = std::exchange(faults, Faults()).calls;
+            const QStringList lines = capture.lines();
+            ++struck;
+
+            const QByteArray newText = model::settingsToJson(world.config.stored());
+            const QByteArray settings = world.settings();
+            const bool isSaved = settings == newText;
+            if (deed == writeNote) {
+                const QByteArray note = World::bytesOf(world.notes());
+                QVERIFY(note == newNote || (!isHarmless && note == "before"));
+                QVERIFY(QDir(world.notes().section(u'/', 0, -2)).entryList(QDir::Files | QDir::Hidden).size()
+                        == 1);
+            } else if (deed != startFirst) {
+                const QByteArray lastGood = world.lastGood();
+                QVERIFY(isSaved || settings == oldText || lastGood == oldText || lastGood == newText);
+            }
+            QVERIFY2(isSaved || !lines.isEmpty(), "a save that failed says nothing");
+            QVERIFY(!isHarmless || (isSaved && (lines.isEmpty() || deed == startFirst)));
+
+            // Once the disk works again, so does everything else.
+            if (deed == startFirst) {
+                Config next(world.config.documentDirectory(), world.config.stateDirectory());
+                next.setAvailableThemes(world.config.availableThemes());
+                strip::loadOrCreateSettings(next);
+                world.config.setAvailableThemes(next.availableThemes());
+                world.config.setTileItems(next.tileItems());
+            } else {
+                model::saveSettings(world.config);
+            }
+            capture.lines();
+            QVERIFY(world.settings() == model::settingsToJson(world.config.stored()));
+            if (first >= calls || error == 0)
+                break;
+        }
+    }
+    qInfo("%d faults", struck);
+}
+
+QTEST_MAIN(TestFaultyDisk)
+#include "tst_faultydisk.moc"
