@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+// What a start costs, beside that of a bare window with 22 pictures ("floor"), the two taking turns.
+//   start [ROUNDS]
+#include "table.h"
+#include "trial.h"
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QLibraryInfo>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <array>
+
+using namespace bench;
+
+namespace {
+
+constexpr int memoryRounds = 3; // memory hardly differs between starts
+
+struct Row
+{
+    QString name;
+    Strip strip;
+    double reach = 1.15; // times the floor
+    bool isFloor = false;
+    QByteArray desktop = {}; // XDG_CURRENT_DESKTOP
+    QList<double> cpu = {}; // ms to the finished picture
+    QList<double> cpuLater = {}; // ms to 5 s
+    QList<double> memory = {}; // MiB at 5 s
+    double instructions = 0; // millions
+};
+
+/// Instructions of one start under callgrind until the expected picture is there, in millions.
+double instructionsOf(Trial &trial, const QStringList &command, const QProcessEnvironment &environment,
+                      size_t picture)
+{
+    const QTemporaryDir folder;
+    const QString log = folder.filePath(QStringLiteral("log"));
+    const QStringList counted =
+        QStringList{QStringLiteral("valgrind"), QStringLiteral("--tool=callgrind"),
+                    QStringLiteral("--callgrind-out-file=/dev/null"), QStringLiteral("--log-file=") + log}
+        + command;
+    const Trial::Shown shown = trial.start(counted, picture, &environment);
+    trial.end(*shown.process);
+    QFile file(log);
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    const auto total =
+        QRegularExpression(QStringLiteral("Collected : (\\d+)")).match(QString::fromUtf8(file.readAll()));
+    return total.captured(1).toDouble() / 1e6;
+}
+
+void measure(Trial &trial, Row &row, int round)
+{
+    QStringList command;
+    if (row.isFloor) {
+        command = trial.floor();
+    } else {
+        trial.write(row.strip);
+        command = trial.program();
+    }
+    QProcessEnvironment environment = trial.desktop().environment();
+    if (!row.desktop.isEmpty())
+        environment.insert(QStringLiteral("XDG_CURRENT_DESKTOP"), QString::fromUtf8(row.desktop));
+    QElapsedTimer time;
+    time.start();
+    const Trial::Shown shown = trial.start(command, std::nullopt, &environment);
+    if (round > 0) // the first start fills caches
+        row.cpu.append(shown.cpu);
+    if (round < memoryRounds) {
+        QTest::qWait(int(std::max<qint64>(0, 5000 - time.elapsed())));
+        row.memory.append(proportionalSize(shown.process->processId()));
+        row.cpuLater.append(cpuOf(shown.process->processId()));
+    }
+    trial.end(*shown.process);
+    if (round == memoryRounds)
+        row.instructions = instructionsOf(trial, command, environment, shown.picture);
+}
+
+bool hasGtkTheme()
+{
+    return QFile::exists(QLibraryInfo::path(QLibraryInfo::PluginsPath)
+                         + QStringLiteral("/platformthemes/libqgtk3.so"));
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    const int rounds = argc > 1 ? std::max(memoryRounds + 1, QByteArray(argv[1]).toInt()) : 11;
+    QList<Row> rows = {
+        {.name = QStringLiteral("floor"), .strip = {}, .isFloor = true},
+        {.name = QStringLiteral("theme 2024"), .strip = {}, .reach = 1},
+        {.name = QStringLiteral("theme 1995"), .strip = {.theme = QStringLiteral("1995")}},
+        {.name = QStringLiteral("vertical"), .strip = {.direction = QStringLiteral("ttb")}},
+        {.name = QStringLiteral("calendar"), .strip = {.showsDate = true}},
+        {.name = QStringLiteral("1,000 links in every tile"), .strip = {.linksPerTile = 1000}},
+    };
+    if (hasGtkTheme())
+        rows.append({.name = QStringLiteral("GNOME"),
+                     .strip = {},
+                     .reach = 1.2,
+                     .desktop = QByteArrayLiteral("GNOME")});
+
+    {
+        Trial trial;
+        for (int round = 0; round <= rounds; ++round) {
+            for (Row &row : rows)
+                measure(trial, row, round);
+        }
+    }
+
+    Table table(QStringLiteral("Start with 20 tiles, medians of %1").arg(rounds),
+                {QStringLiteral("start"), QStringLiteral("CPU to the picture, ms"),
+                 QStringLiteral("by floor"), QStringLiteral("reach"), QStringLiteral("instructions, M"),
+                 QStringLiteral("by floor"), QStringLiteral("CPU to 5 s, ms"),
+                 QStringLiteral("PSS at 5 s, MiB"), QStringLiteral("over floor, MiB")});
+    const Row &floor = rows.first();
+    for (const Row &row : rows) {
+        table.row({row.name, number(median(row.cpu), 1), number(median(row.cpu) / median(floor.cpu), 2),
+                   number(row.isFloor ? 1 : row.reach, 2), number(row.instructions, 1),
+                   number(row.instructions / floor.instructions, 2), number(median(row.cpuLater), 1),
+                   number(median(row.memory), 1), number(median(row.memory) - median(floor.memory), 1)});
+    }
+    return 0;
+}
