@@ -182,15 +182,14 @@ void TestStripWindow::dragMovesAndFiresNothing()
 
     m_desktop->moveTo(from);
     m_desktop->press();
-    const QPoint past(12, 0); // just past the drag distance: from here on the window follows
-    m_desktop->moveTo(from + past);
-    // It does so once the manager holds the pointer: go on moving until then.
+    // The window follows once the manager holds the pointer, from wherever that is by then: go on moving
+    // until it does.
     int step = 0;
     QTRY_VERIFY(
         (m_desktop->moveTo(from + QPoint(100 * (++step % 2), -200)), stripGeometry() != m_strip.geometry));
-    const QPoint way(200, -300);
-    m_desktop->moveTo(from + past + way);
-    QTRY_COMPARE(stripGeometry(), m_strip.geometry.translated(way));
+    m_desktop->moveTo(from + QPoint(100, -600));
+    QTRY_VERIFY(stripGeometry().bottom() < m_strip.geometry.bottom() - 300);
+    QCOMPARE(stripGeometry().size(), m_strip.geometry.size());
     m_desktop->release();
 
     // A click elsewhere goes through the same queue: had a button fired, its window would be there by now.
