@@ -68,6 +68,8 @@ std::optional<DesktopEntry> parseDesktopEntry(QByteArrayView text, const QByteAr
         const QByteArrayView value = line.sliced(equals + 1).trimmed();
         if (key == "Type")
             entry.isApplication = value == "Application";
+        if ((key == "Hidden" && value == "true") || (key == "X-GNOME-Autostart-enabled" && value == "false"))
+            entry.isDisabled = true;
         const qsizetype rank = keys.indexOf(key.toByteArray());
         if (rank >= 0 && rank < best) {
             best = rank;

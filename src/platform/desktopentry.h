@@ -12,6 +12,7 @@ namespace platform {
 struct DesktopEntry
 {
     bool isApplication = false; ///< its Type is "Application"
+    bool isDisabled = false; ///< Hidden, or taken out of the autostart by a desktop's settings
     QString name; ///< in the language of the current locale, as far as the entry has it
 };
 

@@ -4,7 +4,9 @@
 #include "links/openlink.h"
 #include "model/config.h"
 #include "model/hosts.h"
+#include "platform/autostart.h"
 #include "platform/localized.h"
+#include "platform/report.h"
 #include "strip/services.h"
 
 #include <QAction>
@@ -18,6 +20,20 @@ using platform::localized;
 namespace {
 
 constexpr qsizetype tileCommandCount = 10;
+
+/// Shows what is on disk at this moment; a failed change leaves it so.
+QAction *startAtLoginAction(QObject *parent)
+{
+    auto *action = new QAction(localized("Start at login"), parent);
+    action->setCheckable(true);
+    action->setChecked(platform::startsAtLogin());
+    QObject::connect(action, &QAction::triggered, action, [](bool checked) {
+        platform::Error error;
+        if (!platform::setStartsAtLogin(checked, &error))
+            platform::report(error.description());
+    });
+    return action;
+}
 
 } // namespace
 
@@ -91,6 +107,7 @@ void Commands::showMenus(QPoint globalPosition)
     auto *menus = new QMenu(&m_window);
     menus->setAttribute(Qt::WA_DeleteOnClose);
     menus->addAction(m_settings);
+    menus->addAction(startAtLoginAction(menus));
     QMenu *windowMenu = menus->addMenu(localized("Window"));
     if (m_calendar)
         windowMenu->addAction(m_calendar);
