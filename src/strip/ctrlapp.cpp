@@ -12,6 +12,7 @@
 #include "platform/report.h"
 #include "platform/singleinstance.h"
 #include "platform/terminationsignals.h"
+#include "platform/translations.h"
 #include "platform/uri.h"
 #include "platform/userfolders.h"
 #include "platform/workspace.h"
@@ -83,6 +84,7 @@ ctrlApp::ctrlApp(int &argc, char **argv)
     setDesktopFileName(platform::applicationId());
     setAttribute(Qt::AA_DisableSessionManager);
     setQuitOnLastWindowClosed(false);
+    platform::installTranslations();
 }
 
 ctrlApp::~ctrlApp() = default;

@@ -25,6 +25,7 @@
 
 #include <chrono>
 
+using platform::localizable;
 using platform::localized;
 using widgets::Popover;
 
@@ -152,17 +153,17 @@ QWidget *HomeTileView::makeMenu(Extras extras)
         column->addWidget(button);
     };
     if (m_config.tileItems().size() < model::maxTileCount) {
-        add("Add tile", "plus.square", "violet", [this] {
+        add(localizable("Add tile"), "plus.square", "violet", [this] {
             model::addTile(m_config);
             closeMenu();
         });
     }
-    add("Settings", "gear", "blue", [this] { m_services.openSettings(); });
-    add("Support", "safari", "green", [this] { openSupport(); });
+    add(localizable("Settings"), "gear", "blue", [this] { m_services.openSettings(); });
+    add(localizable("Support"), "safari", "green", [this] { openSupport(); });
     if (extras == Extras::Folders) {
         const auto openFolder = [this] { m_services.opener.openFile(model::applicationFolder(m_config)); };
-        add("Open Settings Folder", nullptr, nullptr, openFolder);
-        add("Open Theme Folder", nullptr, nullptr, openFolder);
+        add(localizable("Open Settings Folder"), nullptr, nullptr, openFolder);
+        add(localizable("Open Theme Folder"), nullptr, nullptr, openFolder);
     }
     return menu;
 }

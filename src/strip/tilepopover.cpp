@@ -19,6 +19,7 @@
 #include <QMenu>
 #include <QToolButton>
 
+using platform::localizable;
 using platform::localized;
 
 namespace {
@@ -96,11 +97,12 @@ void TilePopover::fillActions(QMenu &menu)
     const auto add = [&menu, this](const char *label, auto action) {
         connect(menu.addAction(localized(label)), &QAction::triggered, this, action);
     };
-    add("Edit…", [this] { m_services.openSettings(); });
-    add("Add application or file…", [this] { askWith(&links::linkApplicationOrFile); });
-    add("Import links from file…", [this] { askWith(&links::importLinksFromFile); });
-    add(m_tileItem.showsScratchpad ? "Hide notes" : "Show notes", [this] { toggleNotes(); });
-    add("Remove tile", [this] { model::removeTile(m_config, m_tileItem.id); });
+    add(localizable("Edit…"), [this] { m_services.openSettings(); });
+    add(localizable("Add application or file…"), [this] { askWith(&links::linkApplicationOrFile); });
+    add(localizable("Import links from file…"), [this] { askWith(&links::importLinksFromFile); });
+    add(m_tileItem.showsScratchpad ? localizable("Hide notes") : localizable("Show notes"),
+        [this] { toggleNotes(); });
+    add(localizable("Remove tile"), [this] { model::removeTile(m_config, m_tileItem.id); });
 }
 
 /// The panels run modally, and the tile with this view of it may be gone when they return: so they are run
