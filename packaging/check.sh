@@ -27,7 +27,7 @@ manual() { man --warnings --local-file "$1" >/dev/null; }
 silent desktop-file-validate "$share"/applications/*.desktop
 silent metadata "$share"/metainfo/*.xml
 silent manual "$share"/man/man1/pondwicket.1
-silent update-mime-database "$share/mime"
+XDG_DATA_DIRS=$share silent update-mime-database "$share/mime"
 
 # The template has every text of the program.
 templates=(resources/translations/*.ts)

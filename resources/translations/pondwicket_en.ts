@@ -115,5 +115,121 @@
         <source>Import links from file…</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>App, file or folder</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Web link</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mail link</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Map link</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Message link</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Phone link</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shortcuts bookmark</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add item</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show calendar</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Horizontal</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Vertical</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Theme</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reinstall missing themes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Application icon</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Made by Harrowline</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove link</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Neither an address nor the path of a file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tile name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>General Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tile Settings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tiles with a single item will behave as buttons rather than menus.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tile icon</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tile</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show scratchpad</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

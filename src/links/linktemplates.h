@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/config.h"
+#include "platform/localized.h"
 
 #include <array>
 
@@ -18,13 +19,13 @@ struct LinkTemplate
 
 /// In the order in which they are offered.
 inline constexpr std::array<LinkTemplate, 7> linkTemplates = {{
-    {"App, file or folder", "document", "blue", nullptr},
-    {"Web link", "safari", "green", "https://"},
-    {"Mail link", "mail", "blue", "mail"},
-    {"Map link", "map", "violet", "maps"},
-    {"Message link", "message", "red", "sms"},
-    {"Phone link", "phone", "orange", "tel"},
-    {"Shortcuts bookmark", "square.on.square", "green", "shortcuts"},
+    {platform::localizable("App, file or folder"), "document", "blue", nullptr},
+    {platform::localizable("Web link"), "safari", "green", "https://"},
+    {platform::localizable("Mail link"), "mail", "blue", "mail"},
+    {platform::localizable("Map link"), "map", "violet", "maps"},
+    {platform::localizable("Message link"), "message", "red", "sms"},
+    {platform::localizable("Phone link"), "phone", "orange", "tel"},
+    {platform::localizable("Shortcuts bookmark"), "square.on.square", "green", "shortcuts"},
 }};
 
 /// Adds a link with the key's starting address ("https://" for a key it does not know) at the end of the

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 
+using platform::localizable;
 using platform::localized;
 
 LinkTableModel::LinkTableModel(Config &config, QObject *parent)
@@ -136,7 +137,8 @@ QVariant LinkTableModel::headerData(int section, Qt::Orientation orientation, in
         return int(Qt::AlignLeft | Qt::AlignVCenter);
     const bool isText = section == NameColumn || section == AddressColumn;
     if (role == Qt::AccessibleTextRole || (role == Qt::DisplayRole && isText)) {
-        static constexpr const char *names[] = {"Kind", "Name", "Address", "Remove"};
+        static constexpr const char *names[] = {localizable("Kind"), localizable("Name"),
+                                                localizable("Address"), localizable("Remove")};
         return localized(names[section]);
     }
     return {};
