@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Every text of the program in a language that needs 40 % more room than English: each is looked up, and none
 // is cut.
+#include "settings/settingsview.h"
 #include "strip/commands.h"
 #include "strip/contentview.h"
 #include "strip/hometileview.h"
@@ -125,6 +126,14 @@ void TestLongTexts::fitEverywhere()
 
     commands.showMenus({});
     QCOMPARE(faults(strip), QString());
+
+    SettingsView settings(world.config, world.filePanel);
+    settings.show();
+    for (int tab = 0; tab < settings.count(); ++tab) {
+        settings.setCurrentIndex(tab);
+        QCoreApplication::sendPostedEvents(); // lays it out
+        QCOMPARE(faults(settings), QString());
+    }
 }
 
 QTEST_MAIN(TestLongTexts)
