@@ -232,9 +232,9 @@ private:
             ++end;
         if (at(colon) != ':' || end == colon + 1 || host_(end))
             return colon;
-        *number = end - colon > 12 ? 99999 : int(std::min(99999LL, std::stoll(slice(colon + 1, end))));
-        if (const std::string digits = slice(colon + 1, end); digits.find_first_not_of('0') == digits.npos)
-            *number = 0;
+        std::string digits = slice(colon + 1, end);
+        digits.erase(0, std::min(digits.find_first_not_of('0'), digits.size()));
+        *number = digits.empty() ? 0 : digits.size() > 5 ? 99999 : std::stoi(digits);
         return end;
     }
 
