@@ -36,11 +36,8 @@ AppDelegate::AppDelegate(ContentView &strip, QObject *parent)
 
 void AppDelegate::applicationDidFinishLaunching()
 {
-    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
-        const QRect area = screen->geometry();
-        const QSize size = m_strip.sizeHint().boundedTo(area.size());
-        m_strip.setGeometry(QRect(QPoint(area.left(), area.bottom() + 1 - size.height()), size));
-    }
+    if (const QScreen *screen = QGuiApplication::primaryScreen())
+        placeAt(screen->geometry().bottomLeft(), screen->geometry());
     m_strip.show();
 }
 
@@ -51,6 +48,9 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
         platform::floatOnAllDesktops(m_strip.winId());
         QMetaObject::invokeMethod(
             this, [this] { platform::requestAllDesktops(m_strip.winId()); }, Qt::QueuedConnection);
+    } else if (event->type() == QEvent::Move && m_strip.isVisible()
+               && m_strip.geometry().bottomLeft() != m_corner) {
+        m_isHome = false;
     }
     return QObject::eventFilter(watched, event);
 }
@@ -73,20 +73,28 @@ void AppDelegate::scheduleReturn()
     m_returnTimer.start();
 }
 
-/// Gives the window the strip's size, its bottom-left corner where it was, as far as that is on a screen.
+/// Gives the window the strip's size. One that was moved keeps its bottom-left corner as far as that is on a
+/// screen.
 void AppDelegate::fitWindow()
 {
-    if (!m_strip.isVisible() || QGuiApplication::screens().isEmpty())
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (!m_strip.isVisible() || !screen)
         return;
+    if (m_isHome) {
+        placeAt(screen->geometry().bottomLeft(), screen->geometry());
+        return;
+    }
     const QPoint corner = m_strip.geometry().bottomLeft();
-    const QScreen *screen = QGuiApplication::screenAt(corner);
-    if (!screen)
-        screen = QGuiApplication::primaryScreen();
-    if (!screen)
-        return;
-    const QRect area = screen->geometry();
+    if (const QScreen *own = QGuiApplication::screenAt(corner))
+        screen = own;
+    placeAt(corner, screen->geometry());
+}
+
+void AppDelegate::placeAt(QPoint bottomLeft, const QRect &area)
+{
     const QSize size = m_strip.sizeHint().boundedTo(area.size());
-    const int left = std::clamp(corner.x(), area.left(), area.right() + 1 - size.width());
-    const int bottom = std::clamp(corner.y(), area.top() + size.height() - 1, area.bottom());
+    const int left = std::clamp(bottomLeft.x(), area.left(), area.right() + 1 - size.width());
+    const int bottom = std::clamp(bottomLeft.y(), area.top() + size.height() - 1, area.bottom());
+    m_corner = QPoint(left, bottom);
     m_strip.setGeometry(QRect(QPoint(left, bottom + 1 - size.height()), size));
 }

@@ -24,9 +24,12 @@ protected:
 
 private:
     void fitWindow();
+    void placeAt(QPoint bottomLeft, const QRect &area);
     void scheduleReturn();
     void watchScreens();
 
     ContentView &m_strip;
+    QPoint m_corner; ///< bottom-left of the window where it was last put by us
+    bool m_isHome = true; ///< in the corner of the primary screen, as long as nobody moves it
     QTimer m_returnTimer; ///< screens change in bursts
 };

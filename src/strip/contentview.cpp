@@ -253,6 +253,11 @@ void ContentView::wheelEvent(QWheelEvent *event)
     scrollTo(m_scroll - (turn.y() ? turn.y() : turn.x()) * tileSize / notch);
 }
 
+void ContentView::closeEvent(QCloseEvent *)
+{
+    Q_EMIT quitRequested();
+}
+
 void ContentView::resizeEvent(QResizeEvent *)
 {
     layoutElements();

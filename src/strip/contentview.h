@@ -32,12 +32,14 @@ public:
     void redraw();
 
 Q_SIGNALS:
+    /// By the button or by closing the window.
     void quitRequested();
     void contextMenuRequested(QPoint globalPosition);
     /// sizeHint changed with the direction or the number of tiles.
     void idealSizeChanged();
 
 protected:
+    void closeEvent(QCloseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;

@@ -119,6 +119,9 @@ int ctrlApp::run()
     connect(&m_parts->instance, &platform::SingleInstance::requested, this, &ctrlApp::perform);
     QTimer::singleShot(serviceDelay, this, [this, requests] {
         m_parts->instance.serve();
+        // A link whose target a search has found leads somewhere again.
+        connect(&platform::aliasResolver(), &platform::AliasResolver::targetFound, &m_parts->config,
+                &Config::redrawNeeded);
         for (const platform::InstanceRequest &request : requests)
             perform(request);
     });
@@ -145,11 +148,7 @@ void ctrlApp::tidyUp()
                 aliases.append(QFile::encodeName(link.itemString));
         }
     }
-    if (aliases.isEmpty())
-        return;
     platform::holdTargets(aliases);
-    connect(&platform::aliasResolver(), &platform::AliasResolver::targetFound, &m_parts->config,
-            &Config::redrawNeeded, Qt::UniqueConnection);
 }
 
 void ctrlApp::perform(const platform::InstanceRequest &request)

@@ -44,6 +44,7 @@ private Q_SLOTS:
     void arrowsWalkTheStrip();
     void tooLongAStripScrolls();
     void hostileNumberOfTiles();
+    void closingAsksToQuit();
 };
 
 void TestContentView::packsItsElements_data()
@@ -200,6 +201,17 @@ void TestContentView::hostileNumberOfTiles()
     strip.show();
     QCOMPARE(tilesOf(strip).size(), 1000);
     QCOMPARE(placeOf(strip, tilesOf(strip).at(20)), QRect(14 + 21 * 44, 0, 44, 44));
+}
+
+/// A strip closed by the window manager left the program running without a window.
+void TestContentView::closingAsksToQuit()
+{
+    StripWorld world;
+    ContentView strip(world.config, world.services);
+    QSignalSpy quit(&strip, &ContentView::quitRequested);
+    strip.show();
+    strip.close();
+    QCOMPARE(quit.size(), 1);
 }
 
 QTEST_MAIN(TestContentView)
