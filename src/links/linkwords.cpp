@@ -59,12 +59,12 @@ bool isShortScheme(std::string_view scheme, std::string_view rest)
     if (rest.empty())
         return false;
     const auto has = [rest](char c) { return rest.find(c) != std::string_view::npos; };
-    const auto digits = std::ranges::count_if(rest, [](char c) { return c >= '0' && c <= '9'; });
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
     const char first = rest.front();
     if (equalsFolded(scheme, "mailto"))
         return std::ranges::any_of(rest, [](char c) { return hasClass(c, AlnumByte | WideByte); });
     if (equalsFolded(scheme, "tel"))
-        return digits >= 2 && isOneOf(first, "+(*#-0123456789");
+        return isOneOf(first, "+(*#-0123456789") && std::ranges::count_if(rest, isDigit) >= 2;
     if (equalsFolded(scheme, "sms"))
         return isOneOf(first, "+?&(0123456789") && rest.size() > 1;
     if (equalsFolded(scheme, "geo"))
