@@ -48,9 +48,11 @@ public:
                                                   index.data(LinkListModel::TintRole).value<QColor>(),
                                                   symbolSize, painter->device()->devicePixelRatioF());
         const QRect row = option.rect;
-        painter->drawImage(QPoint(row.left(), row.top() + (row.height() - symbolSize) / 2), symbol);
+        const QRect place(row.left(), row.top() + (row.height() - symbolSize) / 2, symbolSize, symbolSize);
+        painter->drawImage(QStyle::visualRect(option.direction, row, place).topLeft(), symbol);
 
-        const QRect text = row.adjusted(symbolSize + widgets::stackSpacing, 0, 0, 0);
+        const QRect text = QStyle::visualRect(option.direction, row,
+                                              row.adjusted(symbolSize + widgets::stackSpacing, 0, 0, 0));
         const QString name = index.data(Qt::DisplayRole).toString();
         painter->setPen(option.palette.color(QPalette::WindowText));
         painter->setFont(option.font);

@@ -57,8 +57,8 @@ void RowButton::paintEvent(QPaintEvent *)
         row.adjust(mirrored ? 0 : taken, 0, mirrored ? -taken : 0, 0);
     }
     painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(row, Qt::AlignVCenter | (mirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::TextSingleLine,
-                     text());
+    // To the painter of a mirrored widget, left is where lines begin.
+    painter.drawText(row, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, text());
     if (hasFocus()) {
         painter.setOpacity(1);
         painter.setRenderHint(QPainter::Antialiasing);
