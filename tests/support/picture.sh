@@ -41,7 +41,7 @@ wait_for() { # WHAT COMMAND...
 }
 
 strip() { xdotool search --onlyvisible --name '^pondWicket$' | head -n 1 | grep .; }
-painted() { (($(import -silent -window "$(strip)" png:- | identify -format %k -) > 2)); }
+painted() { (($(import -silent -window "$(strip)" png:- | identify -format %k -) > 1)); }
 managed() { # a window that is mapped while the manager still starts is never shown
     xdotool set_num_desktops 3
     [[ $(xdotool get_num_desktops) == 3 ]]
