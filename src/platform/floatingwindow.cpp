@@ -109,6 +109,18 @@ void moveToCurrentDesktop(quintptr window)
     xcb_flush(x);
 }
 
+bool isPointerPressed()
+{
+    xcb_connection_t *x = connection();
+    if (!x)
+        return false;
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
+    const OwnedReply<xcb_query_pointer_reply_t> reply(
+        xcb_query_pointer_reply(x, xcb_query_pointer(x, root), nullptr), &std::free);
+    constexpr uint16_t buttons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
+    return reply && (reply->mask & buttons);
+}
+
 bool isCompositing()
 {
     xcb_connection_t *x = connection();

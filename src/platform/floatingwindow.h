@@ -18,6 +18,10 @@ void requestAllDesktops(quintptr window);
 /// Brings a mapped window to the desktop that the user looks at.
 void moveToCurrentDesktop(quintptr window);
 
+/// True while the user holds a pointer button, in whatever window. What moves a window meanwhile is the user;
+/// what moves it otherwise is a window manager that makes it fit a new screen.
+bool isPointerPressed();
+
 /// True while a compositor blends windows by their alpha channel; else what a window leaves transparent is
 /// black.
 bool isCompositing();

@@ -15,6 +15,7 @@
 namespace {
 
 constexpr std::chrono::milliseconds settlingTime(200); // of a change of screens
+constexpr int maxReturns = 3; // after a change of screens, when the window manager moves the strip as well
 
 } // namespace
 
@@ -50,7 +51,10 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
             this, [this] { platform::requestAllDesktops(m_strip.winId()); }, Qt::QueuedConnection);
     } else if (event->type() == QEvent::Move && m_strip.isVisible()
                && m_strip.geometry().bottomLeft() != m_corner) {
-        m_isHome = false;
+        if (platform::isPointerPressed())
+            m_isHome = false;
+        else if (m_returnsLeft > 0 && m_returnsLeft--)
+            m_returnTimer.start(); // the window manager has its own idea of the new screen
     }
     return QObject::eventFilter(watched, event);
 }
@@ -70,6 +74,7 @@ void AppDelegate::watchScreens()
 
 void AppDelegate::scheduleReturn()
 {
+    m_returnsLeft = maxReturns;
     m_returnTimer.start();
 }
 

@@ -30,6 +30,7 @@ private:
 
     ContentView &m_strip;
     QPoint m_corner; ///< bottom-left of the window where it was last put by us
+    int m_returnsLeft = 0;
     bool m_isHome = true; ///< in the corner of the primary screen, as long as nobody moves it
     QTimer m_returnTimer; ///< screens change in bursts
 };
