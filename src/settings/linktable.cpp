@@ -134,10 +134,10 @@ void LinkTable::requestRemoval(const QModelIndex &cell)
 /// Makes a cell the current one, and edits it if it is a text.
 void LinkTable::enter(const QModelIndex &cell)
 {
-    if (cell == currentIndex() && cell.flags() & Qt::ItemIsEditable)
-        edit(cell);
-    else
+    if (cell != currentIndex())
         setCurrentIndex(cell);
+    else if (cell.flags() & Qt::ItemIsEditable)
+        edit(cell);
 }
 
 /// Goes to the next place of the row where something can be done. False at the row's ends.
@@ -191,17 +191,39 @@ void LinkTable::keyPressEvent(QKeyEvent *event)
             break;
         }
     }
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        enter(currentIndex());
+        return;
+    }
     QTableView::keyPressEvent(event);
 }
 
 void LinkTable::mousePressEvent(QMouseEvent *event)
 {
     QTableView::mousePressEvent(event);
-    // The press opened an editor with all of its text selected. It goes on to the editor, so that the cursor
-    // stands where it was aimed.
-    const QPoint position = event->position().toPoint();
-    const QModelIndex cell = indexAt(position);
-    auto *field = qobject_cast<QLineEdit *>(cell.isValid() ? indexWidget(cell) : nullptr);
-    if (field && event->button() == Qt::LeftButton)
-        field->setCursorPosition(field->cursorPositionAt(field->mapFrom(viewport(), position)));
+    m_pressedField.clear();
+    const QModelIndex cell = indexAt(event->position().toPoint());
+    if (event->button() != Qt::LeftButton || !(cell.flags() & Qt::ItemIsEditable))
+        return;
+    if (!indexWidget(cell))
+        edit(cell); // it was the current cell already
+    // The editor opens with all of its text selected. The press goes on to it, so that the cursor stands
+    // where it was aimed, and so does what follows while the button is held.
+    m_pressedField = qobject_cast<QLineEdit *>(indexWidget(cell));
+    if (!m_pressedField)
+        return;
+    m_pressedPosition =
+        m_pressedField->cursorPositionAt(m_pressedField->mapFrom(viewport(), event->position().toPoint()));
+    m_pressedField->setCursorPosition(m_pressedPosition);
+}
+
+void LinkTable::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!m_pressedField || !(event->buttons() & Qt::LeftButton)) {
+        QTableView::mouseMoveEvent(event);
+        return;
+    }
+    const int position =
+        m_pressedField->cursorPositionAt(m_pressedField->mapFrom(viewport(), event->position().toPoint()));
+    m_pressedField->setSelection(m_pressedPosition, position - m_pressedPosition);
 }

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QPointer>
 #include <QTableView>
 
 class LinkTableModel;
+class QLineEdit;
 
 /// The table of the edited tile's links. A click into a text edits it at once, at the place of the click. The
 /// Tab key walks the cells of a row and then leaves the table; the arrow keys change rows.
@@ -26,6 +28,7 @@ protected:
     void focusInEvent(QFocusEvent *event) override;
     bool focusNextPrevChild(bool next) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
@@ -38,4 +41,6 @@ private:
 
     LinkTableModel &m_links;
     QWidget *m_corners;
+    QPointer<QLineEdit> m_pressedField; ///< opened by the press that is held
+    int m_pressedPosition = 0; ///< in its text
 };

@@ -32,15 +32,20 @@ TilePicker::TilePicker(QWidget *parent)
     }
     m_segments->setObjectName(QStringLiteral("Tile segments"));
     m_menu->setObjectName(QStringLiteral("Tile menu"));
-    connect(m_segments, &widgets::SegmentedPicker::activated, this, &TilePicker::activated);
-    connect(m_menu, &QComboBox::activated, this, &TilePicker::activated);
+    const auto announce = [this](int index) { Q_EMIT activated(QUuid(m_ids.at(index))); };
+    connect(m_segments, &widgets::SegmentedPicker::activated, this, announce);
+    connect(m_menu, &QComboBox::activated, this, announce);
 }
 
-void TilePicker::setTiles(const QList<TileItem> &tiles, int index)
+void TilePicker::setTiles(const QList<TileItem> &tiles, const TileItem *chosen)
 {
+    const int index = chosen ? int(chosen - tiles.constData()) : -1;
+    m_ids.clear();
     QStringList names;
-    for (const TileItem &tile : tiles)
+    for (const TileItem &tile : tiles) {
+        m_ids += tile.id;
         names += tile.tileName;
+    }
     const bool few = tiles.size() <= mostSegments;
     // The one that is not seen keeps nothing.
     m_segments->setOptions(few ? names : QStringList());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QUuid>
 #include <QWidget>
 
 struct TileItem;
@@ -17,13 +18,14 @@ class TilePicker : public QWidget
 public:
     explicit TilePicker(QWidget *parent);
 
-    /// `index`: of the tile to show as chosen, -1 for none.
-    void setTiles(const QList<TileItem> &tiles, int index);
+    /// `chosen`: the tile to show as chosen, null for none.
+    void setTiles(const QList<TileItem> &tiles, const TileItem *chosen);
 
 Q_SIGNALS:
-    void activated(int index);
+    void activated(const QUuid &tile);
 
 private:
+    QList<QUuid> m_ids; ///< of the tiles that are shown, which may be gone already
     widgets::SegmentedPicker *m_segments;
     widgets::PopupPicker *m_menu;
 };

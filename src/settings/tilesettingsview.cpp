@@ -75,7 +75,7 @@ void TileSettingsView::refresh()
     if (!m_selectedTileID && !tiles.isEmpty())
         m_selectedTileID = tiles.first().id;
     const TileItem *tile = editedTile();
-    m_picker->setTiles(tiles, tile ? int(tile - tiles.constData()) : -1);
+    m_picker->setTiles(tiles, tile);
     m_addTile->setVisible(tiles.size() < model::maxTileCount);
     m_tileArea->setVisible(tile);
     if (!tile) {
@@ -86,12 +86,9 @@ void TileSettingsView::refresh()
     m_scratchpad->setChecked(tile->showsScratchpad);
 }
 
-void TileSettingsView::select(int index)
+void TileSettingsView::select(const QUuid &tile)
 {
-    // The picker's rows are those of the last redraw.
-    if (index < 0 || index >= m_config.tileItems().size())
-        return;
-    m_selectedTileID = m_config.tileItems().at(index).id;
+    m_selectedTileID = tile;
     refresh();
 }
 

@@ -33,7 +33,7 @@ public:
 private:
     const TileItem *editedTile() const;
     void refresh();
-    void select(int index);
+    void select(const QUuid &tile);
     void setShowsScratchpad(bool shows);
     void setNewItemsMenuVisible(bool visible);
 

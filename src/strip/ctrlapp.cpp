@@ -187,7 +187,7 @@ void ctrlApp::openSettings()
         platform::moveToCurrentDesktop(window->winId());
     }
     const QScreen *screen = m_parts->strip->screen();
-    if (isNew || window->screen() != screen) {
+    if (screen && (isNew || window->screen() != screen)) {
         QRect place(QPoint(), window->size());
         place.moveCenter(screen->availableGeometry().center());
         window->move(place.topLeft());

@@ -104,13 +104,12 @@ private:
 
 PictureMenu::PictureMenu(const QStringList &names, const PictureOf &pictureOf, int pictureSize,
                          QWidget *anchor)
-    : QFrame(anchor, Qt::Popup)
+    : QWidget(anchor, Qt::Popup)
     , m_list(new QListView(this))
 {
     setObjectName(QStringLiteral("PictureMenu"));
     setAttribute(Qt::WA_DeleteOnClose);
     setAccessibleName(anchor->accessibleName());
-    setFrameShape(QFrame::StyledPanel);
     m_list->setAccessibleName(anchor->accessibleName());
     m_list->setModel(new NamesModel(names, m_list));
     m_list->setItemDelegate(new PictureDelegate(pictureOf, pictureSize, m_list));
@@ -160,7 +159,7 @@ QSize PictureMenu::wantedSize(const QSize &room) const
     const int count = m_list->model()->rowCount();
     const int columns = std::clamp(count, 1, columnCount);
     const int rows = (count + columns - 1) / columns;
-    const int around = 2 * (stackSpacing + frameWidth());
+    const int around = 2 * stackSpacing;
     QSize size(columns * side + around + 1, rows * side + around + 1);
     const int highest = int(room.height() * screenShare);
     const bool scrolls = size.height() > highest;
@@ -182,6 +181,15 @@ void PictureMenu::pick(const QModelIndex &index)
     Q_EMIT picked(name);
 }
 
+void PictureMenu::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    QColor line = palette().color(QPalette::WindowText);
+    line.setAlpha(70);
+    painter.setPen(line);
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
 bool PictureMenu::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::KeyPress) {
@@ -191,7 +199,7 @@ bool PictureMenu::eventFilter(QObject *watched, QEvent *event)
             return true;
         }
     }
-    return QFrame::eventFilter(watched, event);
+    return QWidget::eventFilter(watched, event);
 }
 
 } // namespace widgets

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QFrame>
 #include <QImage>
 #include <QStringList>
+#include <QWidget>
 
 #include <functional>
 
@@ -16,7 +16,7 @@ using PictureOf = std::function<QImage(const QString &name)>;
 
 /// A menu that is a grid of pictures; their names are tooltips. A picture is asked for when it is first seen.
 /// Deletes itself once it is closed.
-class PictureMenu : public QFrame
+class PictureMenu : public QWidget
 {
     Q_OBJECT
 
@@ -31,6 +31,7 @@ Q_SIGNALS:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     void pick(const QModelIndex &index);

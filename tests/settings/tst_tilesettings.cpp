@@ -210,6 +210,11 @@ void TestTileSettings::cellsAreEditedAtAClick()
     }
     clickCell(fixture, 0, LinkTableModel::NameColumn);
     QCOMPARE(fixture.saves(), 0); // leaving a cell is no edit
+    // A click into the cell that was left by a key found it the current one already, and did nothing.
+    QTest::keyClick(cellField(fixture), Qt::Key_Escape);
+    fixture.redraw();
+    QVERIFY(!cellField(fixture));
+    clickCell(fixture, 0, LinkTableModel::NameColumn);
     QTest::keyClick(cellField(fixture), Qt::Key_Home);
     QTest::keyClicks(cellField(fixture), QStringLiteral("N"));
     QCOMPARE(fixture.tile().tileMenuItems.at(0).itemName, QStringLiteral("Nname"));
