@@ -132,11 +132,12 @@ void ContentView::syncTiles()
         made.append(tile);
     }
 
-    QUuid active; // the tile whose popover had the focus hands it on to the view that follows it
+    // A popover opened by key takes the focus. One that only follows another has it when that one had.
+    QSet<QUuid> openUnfocused;
     QUuid focused;
     for (Tile *tile : std::as_const(left)) {
-        if (tile->isPopoverActive())
-            active = tile->tileItem().id;
+        if (tile->tileItem().tileMenuVisible && !tile->isPopoverActive())
+            openUnfocused.insert(tile->tileItem().id);
         if (tile->hasFocus())
             focused = tile->tileItem().id;
         tile->discard();
@@ -147,9 +148,8 @@ void ContentView::syncTiles()
         if (tile->tileItem().id == focused)
             tile->setFocus();
         if (isVisible())
-            tile->openIfAsked(left.isEmpty() || tile->tileItem().id == active
-                                  ? Popover::Activation::TakeFocus
-                                  : Popover::Activation::LeaveFocus);
+            tile->openIfAsked(openUnfocused.contains(tile->tileItem().id) ? Popover::Activation::LeaveFocus
+                                                                          : Popover::Activation::TakeFocus);
     }
 }
 

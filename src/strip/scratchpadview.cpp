@@ -48,6 +48,7 @@ ScratchpadView::ScratchpadView(Config &config, const QUuid &tileId, QWidget *par
     m_editor->setAccessibleName(platform::localized("Notes"));
     m_editor->setFrameShape(QFrame::NoFrame);
     m_editor->setTabChangesFocus(true);
+    setFocusProxy(m_editor);
     m_editor->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_editor->viewport()->setAutoFillBackground(false);
     QPalette colours = m_editor->palette(); // dark ink on the yellow pad, in a dark desktop too

@@ -47,7 +47,7 @@ public:
         const QImage symbol = themes::symbolImage(index.data(LinkListModel::SymbolRole).toString(),
                                                   index.data(LinkListModel::TintRole).value<QColor>(),
                                                   symbolSize, painter->device()->devicePixelRatioF());
-        const QRect row = option.rect;
+        const QRect row = option.rect.adjusted(widgets::rowInset, 0, -widgets::rowInset, 0);
         const QRect place(row.left(), row.top() + (row.height() - symbolSize) / 2, symbolSize, symbolSize);
         painter->drawImage(QStyle::visualRect(option.direction, row, place).topLeft(), symbol);
 
@@ -62,7 +62,7 @@ public:
             painter->setOpacity(1);
             painter->setRenderHint(QPainter::Antialiasing);
             painter->setPen(QPen(option.palette.color(QPalette::Highlight), 2));
-            painter->drawRoundedRect(QRectF(row).adjusted(1, 1, -1, -1), 4, 4);
+            painter->drawRoundedRect(QRectF(option.rect).adjusted(1, 1, -1, -1), 4, 4);
         }
         painter->restore();
     }
@@ -110,7 +110,8 @@ QSize TileMenu::sizeHint() const
     int textWidth = 0;
     for (const TileMenuItem &link : m_links.first(std::min<qsizetype>(m_links.size(), measuredRows)))
         textWidth = std::max(textWidth, fontMetrics().horizontalAdvance(link.itemName));
-    const int width = symbolSize + widgets::stackSpacing + textWidth + 2 * widgets::stackSpacing;
+    const int width =
+        symbolSize + widgets::stackSpacing + textWidth + 2 * (widgets::stackSpacing + widgets::rowInset);
     return {std::clamp(width, minimumRowWidth, maximumRowWidth), int(m_links.size()) * rowHeight};
 }
 

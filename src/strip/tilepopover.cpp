@@ -37,14 +37,25 @@ TilePopover::TilePopover(Config &config, const TileItem &tileItem, StripServices
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(widgets::stackSpacing);
-    column->addWidget(makeHeader());
+    // Rows reach further out than all else, for their ring of focus.
+    const auto addInset = [column](QWidget *widget) {
+        auto *row = new QHBoxLayout;
+        row->setContentsMargins(widgets::rowInset, 0, widgets::rowInset, 0);
+        row->addWidget(widget);
+        column->addLayout(row);
+    };
+    addInset(makeHeader());
     if (!tileItem.tileMenuItems.isEmpty()) {
         auto *links = new TileMenu(config, tileItem, services, this);
         column->addWidget(links);
         setFocusProxy(links);
     }
-    if (tileItem.showsScratchpad)
-        column->addWidget(new ScratchpadView(config, tileItem.id, this));
+    if (tileItem.showsScratchpad) {
+        auto *notes = new ScratchpadView(config, tileItem.id, this);
+        addInset(notes);
+        if (!focusProxy())
+            setFocusProxy(notes);
+    }
     if (tileItem.tileMenuItems.isEmpty() && !tileItem.showsScratchpad) {
         auto *message = new QLabel(localized("Nothing to see here!"), this);
         QFont font = message->font();
@@ -52,7 +63,7 @@ TilePopover::TilePopover(Config &config, const TileItem &tileItem, StripServices
         font.setItalic(true);
         message->setFont(font);
         message->setForegroundRole(QPalette::PlaceholderText);
-        column->addWidget(message);
+        addInset(message);
     }
 }
 

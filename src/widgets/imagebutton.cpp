@@ -4,6 +4,8 @@
 #include "widgets/windowdrag.h"
 
 #include <QBitmap>
+#include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -140,6 +142,15 @@ void ImageButton::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Right:
     case Qt::Key_Down:
         Q_EMIT focusStepRequested(1);
+        return;
+    case Qt::Key_F10: // the toolkit knows the menu key only
+        if (event->modifiers() == Qt::ShiftModifier) {
+            QContextMenuEvent menu(QContextMenuEvent::Keyboard, rect().center(),
+                                   mapToGlobal(rect().center()));
+            QCoreApplication::sendEvent(this, &menu);
+            return;
+        }
+        QAbstractButton::keyPressEvent(event);
         return;
     default:
         QAbstractButton::keyPressEvent(event);

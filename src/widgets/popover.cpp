@@ -83,10 +83,18 @@ void Popover::dismiss()
 {
     if (!isVisible())
         return;
-    qApp->removeEventFilter(this);
-    m_pressWatcher.reset();
     hide();
     Q_EMIT dismissed();
+}
+
+/// A popover that was hidden lives on until the event loop deletes it. By then another one may listen, and
+/// ending this one's watch would make that one deaf.
+void Popover::hideEvent(QHideEvent *event)
+{
+    if (!event->spontaneous()) {
+        qApp->removeEventFilter(this);
+        m_pressWatcher.reset();
+    }
 }
 
 bool Popover::isInside(const QWidget *widget) const
@@ -167,10 +175,10 @@ void Popover::place()
     if (!screen || !m_content)
         return;
     const QRect room = screen->geometry();
-    const int padding = defaultPadding;
+    const QMargins padding(defaultPadding - rowInset, defaultPadding, defaultPadding - rowInset,
+                           defaultPadding);
 
-    QSize body = m_content->sizeHint().expandedTo(m_content->minimumSizeHint());
-    body += QSize(2 * padding, 2 * padding);
+    QSize body = m_content->sizeHint().expandedTo(m_content->minimumSizeHint()).grownBy(padding);
     body.setHeight(std::min(body.height(), int(room.height() * screenShare)));
     body.setWidth(std::min(body.width(), room.width() - 2 * shadowWidth));
 

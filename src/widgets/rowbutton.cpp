@@ -48,11 +48,12 @@ void RowButton::paintEvent(QPaintEvent *)
     if (underMouse() || isDown())
         painter.setOpacity(hoveredOpacity);
     const bool mirrored = layoutDirection() == Qt::RightToLeft;
-    QRect row = rect();
+    QRect row = rect().adjusted(rowInset, 0, -rowInset, 0);
     if (!m_picture.isNull()) {
         const QSize size = m_picture.deviceIndependentSize().toSize();
         painter.drawImage(
-            QPoint(mirrored ? row.right() + 1 - size.width() : 0, (height() - size.height()) / 2), m_picture);
+            QPoint(mirrored ? row.right() + 1 - size.width() : row.left(), (height() - size.height()) / 2),
+            m_picture);
         const int taken = size.width() + stackSpacing;
         row.adjust(mirrored ? 0 : taken, 0, mirrored ? -taken : 0, 0);
     }
