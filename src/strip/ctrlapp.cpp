@@ -17,6 +17,7 @@
 #include "platform/userfolders.h"
 #include "platform/workspace.h"
 #include "settings/settingsview.h"
+#include "strip/accessibility.h"
 #include "strip/appdelegate.h"
 #include "strip/commandline.h"
 #include "strip/commands.h"
@@ -85,6 +86,7 @@ ctrlApp::ctrlApp(int &argc, char **argv)
     setAttribute(Qt::AA_DisableSessionManager);
     setQuitOnLastWindowClosed(false);
     platform::installTranslations();
+    strip::installAccessibility();
 }
 
 ctrlApp::~ctrlApp() = default;

@@ -15,16 +15,15 @@ constexpr int preferredWidth = 320; // no text alone makes its window wider
 } // namespace
 
 ElidedLabel::ElidedLabel(const QString &text, QWidget *parent)
-    : QFrame(parent)
-    , m_text(text)
+    : QLabel(text, parent)
 {
-    setAccessibleName(text);
+    setTextFormat(Qt::PlainText);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
 QSize ElidedLabel::sizeHint() const
 {
-    return {std::min(fontMetrics().horizontalAdvance(m_text) + 1, preferredWidth), fontMetrics().height()};
+    return {std::min(fontMetrics().horizontalAdvance(text()) + 1, preferredWidth), fontMetrics().height()};
 }
 
 QSize ElidedLabel::minimumSizeHint() const
@@ -36,12 +35,12 @@ void ElidedLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.drawText(rect(), Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine,
-                     fontMetrics().elidedText(m_text, Qt::ElideRight, width()));
+                     fontMetrics().elidedText(text(), Qt::ElideRight, width()));
 }
 
 void ElidedLabel::resizeEvent(QResizeEvent *)
 {
-    setToolTip(fontMetrics().horizontalAdvance(m_text) > width() ? m_text : QString());
+    setToolTip(fontMetrics().horizontalAdvance(text()) > width() ? text() : QString());
 }
 
 } // namespace widgets

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QFrame>
+#include <QLabel>
 
 namespace widgets {
 
 /// One line of text that gives way: too long a text is elided and stands whole in the tooltip.
-class ElidedLabel : public QFrame
+class ElidedLabel : public QLabel
 {
     Q_OBJECT
 
@@ -19,9 +19,6 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-
-private:
-    QString m_text;
 };
 
 } // namespace widgets
