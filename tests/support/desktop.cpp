@@ -208,9 +208,9 @@ void Desktop::release(int button) const
 
 void Desktop::click(QPoint point, int button) const
 {
-    moveTo(point);
-    press(button);
-    release(button);
+    run(QStringLiteral("xdotool"),
+        {QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()),
+         QStringLiteral("click"), QString::number(button)});
 }
 
 void Desktop::key(const QString &keys) const
