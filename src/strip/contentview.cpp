@@ -306,6 +306,13 @@ void ContentView::keyPressEvent(QKeyEvent *event)
     }
 }
 
+/// The toolkit's order is that in which the widgets were made: tiles come last in it.
+bool ContentView::focusNextPrevChild(bool next)
+{
+    moveFocus(next ? 1 : -1);
+    return true;
+}
+
 void ContentView::contextMenuEvent(QContextMenuEvent *event)
 {
     Q_EMIT contextMenuRequested(event->globalPos());

@@ -207,12 +207,6 @@ private Q_SLOTS:
 
 private:
     World &world() { return *m_world; }
-    /// Then rows are left out in which window managers have no part.
-    static bool isSecondManager()
-    {
-        QFETCH_GLOBAL(QString, manager);
-        return manager != QLatin1String("openbox");
-    }
 
     std::map<QString, World> m_worlds; ///< by window manager
     World *m_world = nullptr;
@@ -261,8 +255,6 @@ void TestPopovers::opens_data()
     QTest::addRow("click on a tile with links") << clickOn(Many) << Many;
     QTest::addRow("right click on a tile with one link") << clickOn(One, 3) << One;
     QTest::addRow("Enter on a tile") << keys(toHome + u"Down Down Return"_qs) << Many;
-    if (isSecondManager())
-        return;
     QTest::addRow("click on the home tile") << clickOn(Home) << Home;
     QTest::addRow("click on a tile without links") << clickOn(Empty) << Empty;
     QTest::addRow("click on a tile with notes and one link") << clickOn(Noted) << Noted;
@@ -296,8 +288,6 @@ void TestPopovers::isDismissed_data()
         << Step([](const World &world) { world.desktop.click(bareDesktop); });
     QTest::addRow("another program becoming active")
         << Step([](const World &world) { world.activate(world.otherWindow); });
-    if (isSecondManager())
-        return;
     QTest::addRow("press beside the strip's elements")
         << Step([](const World &world) { world.desktop.click(world.stripArea().center()); });
     QTest::addRow("another tile's popover") << clickOn(Empty);
@@ -319,8 +309,6 @@ void TestPopovers::stays_data()
     QTest::addColumn<Step>("step");
     QTest::addColumn<int>("windows");
     QTest::addRow("file panel") << Step([](const World &world) { world.choose(AddFile); }) << 3;
-    if (isSecondManager())
-        return;
     QTest::addRow("click on the tile") << clickOn(Many) << 2;
     QTest::addRow("press on the name")
         << Step([](const World &world) { world.desktop.click(world.popover(Many).at(edge + 5, edge + 5)); })
