@@ -7,7 +7,10 @@
 #include "platform/localized.h"
 #include "platform/report.h"
 
+#include <QCursor>
 #include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
 #include <QMimeDatabase>
 
 #include <algorithm>
@@ -16,6 +19,13 @@
 #include <unistd.h>
 
 namespace links {
+
+namespace {
+
+/// Past this size the user sees that it takes a moment.
+constexpr qint64 largeFile = 8 << 20; // bytes
+
+} // namespace
 
 bool isImportableTextFile(const QString &path)
 {
@@ -65,8 +75,14 @@ void importLinksFromPath(Config &config, const QUuid &tileId, const QString &pat
 void importLinksFromFile(Config &config, const QUuid &tileId, platform::FilePanel &panel)
 {
     const std::optional<QString> path = panel.chooseFile(platform::localized("Import links from file"));
-    if (path)
-        importLinksFromPath(config, tileId, *path);
+    if (!path)
+        return;
+    const bool takesTime = QFileInfo(*path).size() > largeFile;
+    if (takesTime)
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    importLinksFromPath(config, tileId, *path);
+    if (takesTime)
+        QGuiApplication::restoreOverrideCursor();
 }
 
 } // namespace links

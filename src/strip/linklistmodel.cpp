@@ -2,6 +2,7 @@
 #include "strip/linklistmodel.h"
 
 #include "links/linkkind.h"
+#include "widgets/plaintext.h"
 
 LinkListModel::LinkListModel(const QList<TileMenuItem> &links, QObject *parent)
     : QAbstractListModel(parent)
@@ -27,7 +28,7 @@ QVariant LinkListModel::data(const QModelIndex &index, int role) const
     case AddressRole:
         return link.itemString;
     case Qt::ToolTipRole:
-        return QString(link.itemName + QLatin1Char('\n') + link.itemString);
+        return widgets::plainToolTip(link.itemName + QLatin1Char('\n') + link.itemString);
     case SymbolRole:
         return kind(index.row()).symbol;
     case TintRole:

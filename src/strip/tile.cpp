@@ -9,6 +9,7 @@
 #include "strip/tilepopover.h"
 #include "themes/iconstore.h"
 #include "themes/themestore.h"
+#include "widgets/plaintext.h"
 
 #include <QContextMenuEvent>
 #include <QDragEnterEvent>
@@ -29,8 +30,9 @@ Tile::Tile(Config &config, const TileItem &tileItem, StripServices &services, QW
     setAccessibleName(tileItem.tileName);
     setAcceptDrops(true);
     const bool isButton = tileItem.tileMenuItems.size() == 1 && !tileItem.showsScratchpad;
-    setToolTip(isButton ? tileItem.tileName + QLatin1Char('\n') + tileItem.tileMenuItems.first().itemName
-                        : tileItem.tileName);
+    setToolTip(widgets::plainToolTip(isButton ? tileItem.tileName + QLatin1Char('\n')
+                                             + tileItem.tileMenuItems.first().itemName
+                                              : tileItem.tileName));
     connect(this, &QAbstractButton::clicked, this, &Tile::handleClick);
     refresh();
 }

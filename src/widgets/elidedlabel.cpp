@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/elidedlabel.h"
 
+#include "widgets/plaintext.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -40,7 +42,7 @@ void ElidedLabel::paintEvent(QPaintEvent *)
 
 void ElidedLabel::resizeEvent(QResizeEvent *)
 {
-    setToolTip(fontMetrics().horizontalAdvance(text()) > width() ? text() : QString());
+    setToolTip(fontMetrics().horizontalAdvance(text()) > width() ? plainToolTip(text()) : QString());
 }
 
 } // namespace widgets

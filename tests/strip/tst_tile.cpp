@@ -275,8 +275,9 @@ void TestTile::takesWhatIsDropped()
 
 void TestTile::emptyTileSaysSo()
 {
-    m_world->addTile(QStringLiteral("a"), {});
+    m_world->addTile(QStringLiteral("<img src=x>"), {});
     showStrip();
+    QVERIFY(!tile()->toolTip().contains(QLatin1String("<img"))); // a name is text, not markup
     QTest::mouseClick(tile(), Qt::LeftButton);
     QCOMPARE(popover()->findChild<QLabel *>()->text(), QStringLiteral("Nothing to see here!"));
 }
