@@ -177,9 +177,11 @@ bool writeAtomically(const QString &path, QByteArrayView bytes, Error *error, un
         errno = S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
         return failed();
     }
-    // A short name of its own: the target's may already be as long as names can be.
+    // A short name of its own: the target's may already be as long as names can be. Its number comes from the
+    // system, since a forked process would go on with its parent's numbers and meet files that a killed one
+    // left.
     const QString fresh = target.first(target.lastIndexOf(u'/') + 1) + QStringLiteral(".pondwicket-")
-        + QString::number(QRandomGenerator::global()->generate64(), 16);
+        + QString::number(QRandomGenerator::system()->generate64(), 16);
     Descriptor file(fresh, O_WRONLY | O_CREAT | O_EXCL, replaces ? 0600 : mode);
     if (file.number() < 0)
         return failed();
