@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "model/jsonnumbers.h"
 #include "model/settingsjson.h"
 #include "model/uuidtext.h"
 #include "platform/uri.h"
@@ -366,6 +367,12 @@ std::optional<SettingsData> settingsFromJson(QByteArrayView bytes, platform::Err
     // The parser recurses, but no deeper than the reader lets it. Numbers as text: they are only passed over.
     constexpr unsigned flags = rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag;
     const rapidjson::ParseResult result = reader.Parse<flags>(stream, records);
+
+    if (result.Code() == rapidjson::kParseErrorNumberTooBig) {
+        const QByteArray plain = withoutNumbers(bytes);
+        if (plain != bytes)
+            return settingsFromJson(plain, error);
+    }
     if (result.Code() == rapidjson::kParseErrorTermination)
         return failed(result.Code(), records.problem(), records.problemOffset());
     if (!result) {

@@ -222,6 +222,9 @@ void TestSettingsJson::hostileText_data()
     row("infinity", "-Infinity", false);
     row("hexadecimal", "0x10", false);
     row("number", "-0.5e-3", true);
+    row("number past every double", "-1.5e999", true); // it failed the whole file
+    row("past every double and no number", "1e999x", false);
+    row("half a number past every double", QByteArray(400, '1') + ".", false);
     row("long number", "123456789012345678901234567890.5", true);
     row("line comment", "1 // x\n", false);
     row("comment", "/* x */ 1", false);
