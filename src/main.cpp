@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/childenvironment.h"
+#include "platform/desktoptheme.h"
 #include "platform/endprocess.h"
 #include "strip/ctrlapp.h"
 
@@ -11,7 +12,9 @@ int main(int argc, char **argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("WAYLAND_DISPLAY")
         && qEnvironmentVariableIsSet("DISPLAY"))
         platform::setOwnVariable("QT_QPA_PLATFORM", "xcb");
+    platform::hideGtkDesktop();
     ctrlApp app(argc, argv);
+    platform::unhideGtkDesktop();
     const int status = app.run();
     platform::endProcess(status);
     return status;

@@ -7,6 +7,7 @@
 #include "platform/addressopener.h"
 #include "platform/aliasresolver.h"
 #include "platform/applicationid.h"
+#include "platform/desktoptheme.h"
 #include "platform/filepanel.h"
 #include "platform/floatingwindow.h"
 #include "platform/report.h"
@@ -124,6 +125,7 @@ int ctrlApp::run()
         // A link whose target a search has found leads somewhere again.
         connect(&platform::aliasResolver(), &platform::AliasResolver::targetFound, &m_parts->config,
                 &Config::redrawNeeded);
+        platform::takeColorScheme();
         for (const platform::InstanceRequest &request : requests)
             perform(request);
     });
