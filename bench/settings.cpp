@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What saving and loading cost beside the least that they could: one plain write of the same bytes, and the
-// JSON parser alone with nothing built. Rows of a Markdown table on standard output.
+// JSON parser alone with nothing built; for files of several sizes.
+#include "table.h"
+
 #include "model/settingsjson.h"
 #include "model/settingsstore.h"
 #include "platform/files.h"
@@ -11,7 +13,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <vector>
@@ -22,11 +23,7 @@
 
 namespace {
 
-constexpr int tiles = 20;
-constexpr int linksPerTile = 1000;
-constexpr int rounds = 41;
-
-QList<TileItem> manyTiles()
+QList<TileItem> manyTiles(int tiles, int linksPerTile)
 {
     QList<TileItem> items(tiles);
     for (TileItem &tile : items) {
@@ -49,7 +46,7 @@ struct Timing
 };
 
 /// Takes turns, so that what else the machine does meets all alike.
-void measure(std::initializer_list<Timing *> timings)
+void measure(int rounds, std::initializer_list<Timing *> timings)
 {
     for (int round = 0; round < rounds; ++round) {
         for (Timing *timing : timings) {
@@ -80,19 +77,18 @@ void parseOnly(QByteArray bytes)
         std::abort();
 }
 
-void row(const char *what, const Timing &ours, const char *against, const Timing &least, double most)
+void row(bench::Table &table, const QStringList &what, const Timing &ours, const Timing &least, int reach)
 {
-    std::printf("| %s | %.2f | %s | %.2f | %.2f | %.0f |\n", what, ours.median(), against, least.median(),
-                ours.median() / least.median(), most);
+    table.row(what
+              + QStringList{bench::number(ours.median(), 2), bench::number(least.median(), 2),
+                            bench::number(ours.median() / least.median(), 2), QString::number(reach)});
 }
 
-} // namespace
-
-int main()
+void measureFile(bench::Table &table, int tiles, int linksPerTile, int rounds)
 {
     const QTemporaryDir dir;
     Config config(dir.path(), dir.filePath(QStringLiteral("state")));
-    config.setTileItems(manyTiles());
+    config.setTileItems(manyTiles(tiles, linksPerTile));
     model::saveSettings(config);
     const QString path = model::settingsFileURL(config);
     const QByteArray bytes = *platform::readWholeFile(path, nullptr);
@@ -105,15 +101,29 @@ int main()
     const auto nothing = [] {};
     Timing save{nothing, [&] { model::saveSettings(config); }, {}};
     Timing write{nothing, [&] { plainWrite(plainPath, bytes); }, {}};
-    measure({&save, &write});
+    measure(rounds, {&save, &write});
     Timing load{[&] { loaded.setTileItems({}); }, [&] { model::loadSettings(loaded); }, {}};
     Timing parse{nothing, [&] { parseOnly(*platform::readWholeFile(path, nullptr)); }, {}};
-    measure({&load, &parse});
+    measure(rounds, {&load, &parse});
 
-    std::printf("%d tiles of %d links, %.2f MB, median of %d rounds\n\n", tiles, linksPerTile,
-                double(bytes.size()) / 1e6, rounds);
-    std::printf("| operation | ms | beside | ms | ratio | at most |\n|---|---|---|---|---|---|\n");
-    row("save with its safety copy", save, "plain write", write, 3);
-    row("load", load, "read and parse, build nothing", parse, 2);
+    const QString size = QStringLiteral("%1 × %2").arg(tiles).arg(linksPerTile);
+    const QString megabytes = bench::number(double(bytes.size()) / 1e6, 2);
+    row(table, {QStringLiteral("save"), size, megabytes}, save, write, 3);
+    row(table, {QStringLiteral("load"), size, megabytes}, load, parse, 2);
+}
+
+} // namespace
+
+int main()
+{
+    bench::Table table(QStringLiteral("Settings: a save with its safety copy beside a plain write, a load "
+                                      "beside the parser that builds nothing"),
+                       {QStringLiteral("what"), QStringLiteral("tiles × links"), QStringLiteral("MB"),
+                        QStringLiteral("ms"), QStringLiteral("beside, ms"), QStringLiteral("ratio"),
+                        QStringLiteral("reach")});
+    measureFile(table, 20, 10, 41);
+    measureFile(table, 20, 1000, 41);
+    measureFile(table, 20, 10'000, 11);
+    measureFile(table, 100'000, 0, 11);
     return 0;
 }
