@@ -404,6 +404,7 @@ void TestPopovers::linksReachTheirHandlersUnchanged()
 void TestPopovers::notesAreShownAndWritten()
 {
     const QString file = world().notesFile(Empty);
+    QFile::remove(file); // of a test that showed the notes before
     world().click(Empty);
     QTRY_VERIFY(world().isOpen(Empty));
     world().choose(ToggleNotes);
