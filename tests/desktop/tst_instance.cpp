@@ -19,12 +19,12 @@ void TestInstance::laterStartsLeaveItToTheFirst()
 {
     Desktop desktop;
     QVERIFY2(desktop.isUp(), qPrintable(desktop.problem()));
-    desktop.recordOpened({QStringLiteral("text/plain")});
-    const QString document = desktop.home() + QStringLiteral("/a text.txt");
+    desktop.recordOpened({u"text/plain"_qs});
+    const QString document = desktop.home() + u"/a text.txt"_qs;
     QFile file(document);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write("text") == 4);
     file.close();
-    const QString alias = desktop.home() + QStringLiteral("/an alias");
+    const QString alias = desktop.home() + u"/an alias"_qs;
     QVERIFY(platform::writeAliasFile(QFile::encodeName(document), QFile::encodeName(alias), nullptr));
 
     Program first(desktop, QStringLiteral(PW_PROGRAM));
@@ -39,9 +39,9 @@ void TestInstance::laterStartsLeaveItToTheFirst()
     startAgain({document});
     startAgain({alias});
     QTRY_COMPARE(desktop.opened().size(), 1);
-    QVERIFY(desktop.opened().first().endsWith(QStringLiteral("/a%20text.txt"))
-            || desktop.opened().first().endsWith(QStringLiteral("/a text.txt")));
-    startAgain({QStringLiteral("--quit")});
+    QVERIFY(desktop.opened().first().endsWith(u"/a%20text.txt"_qs)
+            || desktop.opened().first().endsWith(u"/a text.txt"_qs));
+    startAgain({u"--quit"_qs});
     QCOMPARE(first.waitForExit(), 0);
 }
 

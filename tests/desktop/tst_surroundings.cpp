@@ -30,67 +30,57 @@ class TestSurroundings : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void stripIsShownAndEnds_data();
     void stripIsShownAndEnds();
     void darkGnomeIsDark();
 };
 
-void TestSurroundings::stripIsShownAndEnds_data()
-{
-    QTest::addColumn<QStringList>("without"); // variables
-    QTest::addColumn<QStringList>("before"); // the program's path
-    QTest::addColumn<bool>("managed");
-    QTest::addColumn<QString>("line"); // that standard output holds
-    const auto row = [](const char *name, const QStringList &without, const QStringList &before = {},
-                        bool managed = true,
-                        const QString &line = QStringLiteral("New settings file written successfully.")) {
-        QTest::newRow(name) << without << before << managed << line;
-    };
-    const QString bus = QStringLiteral("DBUS_SESSION_BUS_ADDRESS");
-    const QString limits = QStringLiteral("prlimit");
-    row("no bus", {bus, QStringLiteral("XDG_RUNTIME_DIR")});
-    row("dead bus", {}, {QStringLiteral("env"), bus + QStringLiteral("=unix:path=/dev/null")});
-    row("no XDG_RUNTIME_DIR", {QStringLiteral("XDG_RUNTIME_DIR")});
-    row("no HOME", {QStringLiteral("HOME")});
-    // The toolkit loaded GTK there, at twice the cost of the rest.
-    row("GNOME", {}, {QStringLiteral("env"), QStringLiteral("XDG_CURRENT_DESKTOP=ubuntu:GNOME")});
-    row("no window manager", {}, {}, false);
-    row("32 open files", {}, {limits, QStringLiteral("--nofile=32")});
-    // The limit's own signal ended the program at its first write.
-    row("no room in any file", {}, {limits, QStringLiteral("--fsize=0")}, true,
-        QStringLiteral("Failed to save JSON data: "));
-    // Its first line of output ended the program.
-    row("nobody reads its output", {},
-        {QStringLiteral("bash"), QStringLiteral("-c"),
-         QStringLiteral("exec 3> >(exec true); wait $!; exec \"$0\" >&3")},
-        true, {});
-}
-
 void TestSurroundings::stripIsShownAndEnds()
 {
-    QFETCH(const QStringList, without);
-    QFETCH(QStringList, before);
-    QFETCH(const bool, managed);
-    QFETCH(const QString, line);
-    Desktop desktop({.windowManager = managed ? QStringLiteral("openbox") : QString()});
-    QVERIFY2(desktop.isUp(), qPrintable(desktop.problem()));
-    QDir().mkpath(desktop.applicationFolder().section(u'/', 0, -2));
-    QFile places(desktop.home()
-                 + QStringLiteral("/.config/user-dirs.dirs")); // those of nobody without a HOME
-    QVERIFY(places.open(QIODevice::WriteOnly));
-    places.write("XDG_DOCUMENTS_DIR=\"" + desktop.home().toUtf8() + "/Documents\"\n");
-    places.close();
-    for (const QString &variable : without)
-        desktop.environment().remove(variable);
-    before.append(QStringLiteral(PW_PROGRAM));
-    Program strip(desktop, before.first(), before.sliced(1));
-    QVERIFY2(!strip.waitForWindow().isNull(), qPrintable(strip.errors()));
-    QFile libraries(QStringLiteral("/proc/%1/maps").arg(strip.processId()));
-    QVERIFY(libraries.open(QIODevice::ReadOnly));
-    QVERIFY(!libraries.readAll().contains("libgtk"));
-    strip.terminate();
-    QCOMPARE(strip.waitForExit(), 0);
-    QVERIFY2(strip.lines().join(u'\n').contains(line), qPrintable(strip.lines().join(u'\n')));
+    const QString bus = u"DBUS_SESSION_BUS_ADDRESS"_qs;
+    const QString written = u"New settings file written successfully."_qs;
+    const struct
+    {
+        const char *name;
+        QStringList without; // variables
+        QStringList before; // the program's path
+        QString line = u"New settings file written successfully."_qs; // that standard output holds
+        QString manager = u"openbox"_qs;
+    } rows[] = {
+        {"no bus", {bus, u"XDG_RUNTIME_DIR"_qs}, {}},
+        {"dead bus", {}, {u"env"_qs, bus + u"=unix:path=/dev/null"_qs}},
+        {"no HOME", {u"HOME"_qs}, {}},
+        // The toolkit loaded GTK there, at twice the cost of the rest.
+        {"GNOME", {}, {u"env"_qs, u"XDG_CURRENT_DESKTOP=ubuntu:GNOME"_qs}},
+        {"32 open files without a manager", {}, {u"prlimit"_qs, u"--nofile=32"_qs}, written, {}},
+        // The limit's own signal ended the program at its first write.
+        {"no room in any file", {}, {u"prlimit"_qs, u"--fsize=0"_qs}, u"Failed to save JSON data: "_qs},
+        // Its first line of output ended the program.
+        {"nobody reads its output",
+         {},
+         {u"bash"_qs, u"-c"_qs, u"exec 3> >(exec true); wait $!; exec \"$0\" >&3"_qs},
+         {}},
+    };
+    for (const auto &row : rows) {
+        Desktop desktop({.windowManager = row.manager});
+        QVERIFY2(desktop.isUp(), qPrintable(desktop.problem()));
+        QDir().mkpath(desktop.applicationFolder().section(u'/', 0, -2));
+        QFile places(desktop.home() + u"/.config/user-dirs.dirs"_qs); // those of nobody without a HOME
+        QVERIFY(places.open(QIODevice::WriteOnly));
+        places.write("XDG_DOCUMENTS_DIR=\"" + desktop.home().toUtf8() + "/Documents\"\n");
+        places.close();
+        for (const QString &variable : row.without)
+            desktop.environment().remove(variable);
+        const QStringList command = row.before + QStringList(QStringLiteral(PW_PROGRAM));
+        Program strip(desktop, command.first(), command.sliced(1));
+        QVERIFY2(!strip.waitForWindow().isNull(), qPrintable(QLatin1String(row.name) + strip.errors()));
+        QFile libraries(u"/proc/%1/maps"_qs.arg(strip.processId()));
+        QVERIFY(libraries.open(QIODevice::ReadOnly));
+        QVERIFY2(!libraries.readAll().contains("libgtk"), row.name);
+        strip.terminate();
+        QVERIFY2(strip.waitForExit() == 0, row.name);
+        const QString lines = strip.lines().join(u'\n');
+        QVERIFY2(lines.contains(row.line), qPrintable(QLatin1String(row.name) + lines));
+    }
 }
 
 /// Without GTK nobody but the portal says whether the desktop is dark.
@@ -98,24 +88,23 @@ void TestSurroundings::darkGnomeIsDark()
 {
     Desktop desktop;
     QVERIFY2(desktop.isUp(), qPrintable(desktop.problem()));
-    desktop.environment().insert(QStringLiteral("XDG_CURRENT_DESKTOP"), QStringLiteral("GNOME"));
+    desktop.environment().insert(u"XDG_CURRENT_DESKTOP"_qs, u"GNOME"_qs);
     QDBusConnection bus = QDBusConnection::connectToBus(
-        desktop.environment().value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS")), QStringLiteral("portal"));
+        desktop.environment().value(u"DBUS_SESSION_BUS_ADDRESS"_qs), u"portal"_qs);
     SettingsPortal portal;
-    QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), &portal,
+    QVERIFY(bus.registerObject(u"/org/freedesktop/portal/desktop"_qs, &portal,
                                QDBusConnection::ExportAllContents));
-    QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+    QVERIFY(bus.registerService(u"org.freedesktop.portal.Desktop"_qs));
 
-    const Program strip(desktop, QStringLiteral(PW_PROGRAM), {QStringLiteral("--settings")});
+    const Program strip(desktop, QStringLiteral(PW_PROGRAM), {u"--settings"_qs});
     // Asked for each time: the window manager may still move the window. Black is the screen without it.
     const auto lightness = [&desktop] {
-        const Window window =
-            desktop.windows({QStringLiteral("--name"), QStringLiteral("Settings$")}).value(0);
+        const Window window = desktop.windows({u"--name"_qs, u"Settings$"_qs}).value(0);
         const QRect corner(window.geometry.bottomLeft() + QPoint(8, -12), QSize(4, 4));
         return window.isNull() ? 0 : desktop.screenshot(corner).pixelColor(1, 1).lightness();
     };
     QVERIFY(waitUntil([&] { return lightness() > 20 && lightness() < 80; }));
-    QDBusConnection::disconnectFromBus(QStringLiteral("portal"));
+    QDBusConnection::disconnectFromBus(u"portal"_qs);
 }
 
 QTEST_GUILESS_MAIN(TestSurroundings)

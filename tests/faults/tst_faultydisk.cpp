@@ -72,31 +72,33 @@ int open(const char *path, int flags, ...)
     return int(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
 }
 
+/// A call that no signal interrupts.
+#define PW_CALL(number, ...)                                                                                 \
+    (faults.error != EINTR && faults.strikes() ? -1 : int(::syscall(number, __VA_ARGS__)))
+
 int ftruncate(int file, off_t size) noexcept
 {
-    return faults.error != EINTR && faults.strikes() ? -1 : int(::syscall(SYS_ftruncate, file, size));
+    return PW_CALL(SYS_ftruncate, file, size);
 }
 
 int fchmod(int file, mode_t mode) noexcept
 {
-    return faults.error != EINTR && faults.strikes() ? -1 : int(::syscall(SYS_fchmod, file, mode));
+    return PW_CALL(SYS_fchmod, file, mode);
 }
 
 int mkdir(const char *path, mode_t mode) noexcept
 {
-    return faults.error != EINTR && faults.strikes() ? -1 : int(::syscall(SYS_mkdir, path, mode));
+    return PW_CALL(SYS_mkdir, path, mode);
 }
 
 int rename(const char *from, const char *to) noexcept
 {
-    return faults.error != EINTR && faults.strikes() ? -1 : int(::syscall(SYS_rename, from, to));
+    return PW_CALL(SYS_rename, from, to);
 }
 
 int renameat2(int fromFolder, const char *from, int toFolder, const char *to, unsigned flags) noexcept
 {
-    return faults.error != EINTR && faults.strikes()
-        ? -1
-        : int(::syscall(SYS_renameat2, fromFolder, from, toFolder, to, flags));
+    return PW_CALL(SYS_renameat2, fromFolder, from, toFolder, to, flags);
 }
 
 } // extern "C"
@@ -143,31 +145,17 @@ struct World
 
 const QByteArray newNote(3000, 'n');
 
-void save(World &world)
-{
+using Deed = void (*)(World &);
+const Deed save = [](World &world) {
     world.config.setShowsDate(true);
     model::saveSettings(world.config);
-}
-
-void addTile(World &world)
-{
-    model::addTile(world.config);
-}
-
-void linkFile(World &world)
-{
+};
+const Deed addTile = [](World &world) { model::addTile(world.config); };
+const Deed linkFile = [](World &world) {
     links::linkFile(world.config, world.config.tileItems().constFirst().id, "/usr/bin/env");
-}
-
-void writeNote(World &world)
-{
-    platform::writeAtomically(world.notes(), newNote, nullptr);
-}
-
-void startFirst(World &world)
-{
-    strip::loadOrCreateSettings(world.config);
-}
+};
+const Deed writeNote = [](World &world) { platform::writeAtomically(world.notes(), newNote, nullptr); };
+const Deed startFirst = [](World &world) { strip::loadOrCreateSettings(world.config); };
 
 } // namespace
 
@@ -189,7 +177,7 @@ void TestFaultyDisk::nothingIsLost()
     QFETCH(const bool, forGood);
     const bool isHarmless = error == 0 || error == EINTR;
     int struck = 0;
-    for (void (*deed)(World &) : {save, addTile, linkFile, writeNote, startFirst}) {
+    for (const Deed deed : {save, addTile, linkFile, writeNote, startFirst}) {
         for (int first = 0;; ++first) {
             World world(deed == startFirst);
             const SettingsData before = world.config.stored();

@@ -23,21 +23,20 @@ QProcessEnvironment privateEnvironment(const QDir &root)
         }
     }
     const QList<std::pair<QString, QString>> folders = {
-        {QStringLiteral("HOME"), QStringLiteral("home")},
-        {QStringLiteral("XDG_CONFIG_HOME"), QStringLiteral("home/.config")},
-        {QStringLiteral("XDG_DATA_HOME"), QStringLiteral("home/.local/share")},
-        {QStringLiteral("XDG_STATE_HOME"), QStringLiteral("home/.local/state")},
-        {QStringLiteral("XDG_CACHE_HOME"), QStringLiteral("home/.cache")},
-        {QStringLiteral("XDG_RUNTIME_DIR"), QStringLiteral("run")},
+        {u"HOME"_qs, u"home"_qs},
+        {u"XDG_CONFIG_HOME"_qs, u"home/.config"_qs},
+        {u"XDG_DATA_HOME"_qs, u"home/.local/share"_qs},
+        {u"XDG_STATE_HOME"_qs, u"home/.local/state"_qs},
+        {u"XDG_CACHE_HOME"_qs, u"home/.cache"_qs},
+        {u"XDG_RUNTIME_DIR"_qs, u"run"_qs},
     };
     for (const auto &[name, folder] : folders) {
         root.mkpath(folder);
         environment.insert(name, root.filePath(folder));
     }
-    QFile::setPermissions(root.filePath(QStringLiteral("run")),
-                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    environment.insert(QStringLiteral("QT_FORCE_STDERR_LOGGING"), QStringLiteral("1"));
+    QFile::setPermissions(root.filePath(u"run"_qs), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    environment.insert(u"LC_ALL"_qs, u"C.UTF-8"_qs);
+    environment.insert(u"QT_FORCE_STDERR_LOGGING"_qs, u"1"_qs);
     return environment;
 }
 
@@ -51,13 +50,12 @@ void writeText(const QString &path, const QString &text)
 
 QRect geometryOf(const Desktop &desktop, const QString &id)
 {
-    const QString text =
-        QString::fromUtf8(desktop.run(QStringLiteral("xwininfo"), {QStringLiteral("-id"), id}));
+    const QString text = QString::fromUtf8(desktop.run(u"xwininfo"_qs, {u"-id"_qs, id}));
     const auto number = [&text](const QString &label) {
-        return QRegularExpression(label + QStringLiteral(":\\s+(-?\\d+)")).match(text).captured(1).toInt();
+        return QRegularExpression(label + u":\\s+(-?\\d+)"_qs).match(text).captured(1).toInt();
     };
-    return {number(QStringLiteral("Absolute upper-left X")), number(QStringLiteral("Absolute upper-left Y")),
-            number(QStringLiteral("Width")), number(QStringLiteral("Height"))};
+    return {number(u"Absolute upper-left X"_qs), number(u"Absolute upper-left Y"_qs), number(u"Width"_qs),
+            number(u"Height"_qs)};
 }
 
 } // namespace
@@ -65,22 +63,20 @@ QRect geometryOf(const Desktop &desktop, const QString &id)
 Desktop::Desktop(const DesktopOptions &options)
     : m_environment(privateEnvironment(QDir(m_root.path())))
 {
-    const QString size = QStringLiteral("%1x%2x24").arg(options.screen.width()).arg(options.screen.height());
     QByteArray display;
-    if (!start(QStringLiteral("X server"), QStringLiteral("Xvfb"),
-               {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                QStringLiteral("0"), size, QStringLiteral("-nolisten"), QStringLiteral("tcp"),
-                QStringLiteral("-noreset")},
+    if (!start(u"X server"_qs, u"Xvfb"_qs,
+               u"-displayfd 1 -screen 0 %1x%2x24 -nolisten tcp -noreset"_qs.arg(options.screen.width())
+                   .arg(options.screen.height())
+                   .split(u' '),
                &display))
         return;
-    m_environment.insert(QStringLiteral("DISPLAY"), u':' + QString::fromLatin1(display));
+    m_environment.insert(u"DISPLAY"_qs, u':' + QString::fromLatin1(display));
 
     QByteArray address;
-    if (!start(QStringLiteral("session bus"), QStringLiteral("dbus-daemon"),
-               {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address=1")},
+    if (!start(u"session bus"_qs, u"dbus-daemon"_qs, u"--session --nofork --print-address=1"_qs.split(u' '),
                &address))
         return;
-    m_environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QString::fromLatin1(address));
+    m_environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_qs, QString::fromLatin1(address));
 
     if (!options.windowManager.isEmpty() && !startManager(options.windowManager))
         return;
@@ -101,7 +97,7 @@ bool Desktop::start(const QString &what, const QString &program, const QStringLi
     std::unique_ptr<QProcess> process = startProcess(program, arguments, m_environment);
     const bool up = process && (!firstLine || waitUntil([&] { return process->canReadLine(); }));
     if (!up)
-        m_problem = what + QStringLiteral(" did not start");
+        m_problem = what + u" did not start"_qs;
     else if (firstLine)
         *firstLine = process->readLine().trimmed();
     if (process)
@@ -118,54 +114,26 @@ bool Desktop::startManager(const QString &command)
     // A window that is mapped while a manager still starts is never shown: wait until it does what it is
     // asked.
     if (!waitUntil([this] {
-            run(QStringLiteral("xdotool"), {QStringLiteral("set_num_desktops"), QStringLiteral("3")});
-            return run(QStringLiteral("xdotool"), {QStringLiteral("get_num_desktops")}).trimmed() == "3";
+            xdotool({u"set_num_desktops"_qs, u"3"_qs});
+            return xdotool({u"get_num_desktops"_qs}).trimmed() == "3";
         }))
-        m_problem = program + QStringLiteral(" does not manage the screen");
+        m_problem = program + u" does not manage the screen"_qs;
     return isUp();
 }
 
 bool Desktop::startCompositor()
 {
-    if (!start(QStringLiteral("compositor"), QStringLiteral("picom"),
-               {QStringLiteral("--backend"), QStringLiteral("xrender"), QStringLiteral("--config"),
-                QStringLiteral("/dev/null")}))
+    if (!start(u"compositor"_qs, u"picom"_qs, u"--backend xrender --config /dev/null"_qs.split(u' ')))
         return false;
     // picom names its own window once it owns the screen's compositing selection.
-    if (!waitUntil([this] {
-            return !run(QStringLiteral("xdotool"),
-                        {QStringLiteral("search"), QStringLiteral("--name"), QStringLiteral("^picom$")})
-                        .isEmpty();
-        }))
-        m_problem = QStringLiteral("picom does not compose the screen");
+    if (!waitUntil([this] { return !xdotool({u"search"_qs, u"--name"_qs, u"^picom$"_qs}).isEmpty(); }))
+        m_problem = u"picom does not compose the screen"_qs;
     return isUp();
-}
-
-QString Desktop::applicationFolder() const
-{
-    return home() + QStringLiteral("/Documents/pondWicket ƒ");
-}
-
-QString Desktop::settingsFile() const
-{
-    return applicationFolder() + QStringLiteral("/pondWicket-settings.json");
-}
-
-QString Desktop::stateFolder() const
-{
-    return home() + QStringLiteral("/.local/state/pondWicket");
-}
-
-QByteArray Desktop::run(const QString &program, const QStringList &arguments) const
-{
-    return outputOf(program, arguments, m_environment);
 }
 
 QList<Window> Desktop::windows(const QStringList &terms) const
 {
-    const QByteArray ids =
-        run(QStringLiteral("xdotool"),
-            QStringList{QStringLiteral("search"), QStringLiteral("--onlyvisible")} + terms);
+    const QByteArray ids = xdotool(QStringList{u"search"_qs, u"--onlyvisible"_qs} + terms);
     QList<Window> windows;
     for (const QByteArray &id : ids.split('\n')) {
         if (!id.isEmpty())
@@ -186,71 +154,34 @@ Window Desktop::waitForWindow(const QStringList &terms) const
 
 QString Desktop::property(const Window &window, const QString &name) const
 {
-    const QByteArray text = run(QStringLiteral("xprop"), {QStringLiteral("-id"), window.id, name});
-    return QString::fromUtf8(text).section(QStringLiteral(" = "), 1).trimmed();
-}
-
-void Desktop::moveTo(QPoint point) const
-{
-    run(QStringLiteral("xdotool"),
-        {QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y())});
-}
-
-void Desktop::press(int button) const
-{
-    run(QStringLiteral("xdotool"), {QStringLiteral("mousedown"), QString::number(button)});
-}
-
-void Desktop::release(int button) const
-{
-    run(QStringLiteral("xdotool"), {QStringLiteral("mouseup"), QString::number(button)});
-}
-
-void Desktop::click(QPoint point, int button) const
-{
-    run(QStringLiteral("xdotool"),
-        {QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y()),
-         QStringLiteral("click"), QString::number(button)});
-}
-
-void Desktop::key(const QString &keys) const
-{
-    run(QStringLiteral("xdotool"), {QStringLiteral("key"), keys});
-}
-
-void Desktop::type(const QString &text) const
-{
-    run(QStringLiteral("xdotool"), {QStringLiteral("type"), text});
+    const QByteArray text = run(u"xprop"_qs, {u"-id"_qs, window.id, name});
+    return QString::fromUtf8(text).section(u" = "_qs, 1).trimmed();
 }
 
 QImage Desktop::screenshot(QRect area) const
 {
-    const QByteArray png = run(QStringLiteral("import"),
-                               {QStringLiteral("-silent"), QStringLiteral("-window"), QStringLiteral("root"),
-                                QStringLiteral("png:-")});
+    const QByteArray png = run(u"import"_qs, {u"-silent"_qs, u"-window"_qs, u"root"_qs, u"png:-"_qs});
     const QImage screen = QImage::fromData(png, "png");
     return area.isNull() ? screen : screen.copy(area);
 }
 
 void Desktop::recordOpened(const QStringList &mimeTypes)
 {
-    const QString recorder = m_root.filePath(QStringLiteral("recorder"));
-    writeText(recorder,
-              QStringLiteral("#!/bin/sh\nprintf '%s\\n' \"$@\" >>'%1'\n")
-                  .arg(m_root.filePath(QStringLiteral("opened"))));
+    const QString recorder = m_root.filePath(u"recorder"_qs);
+    writeText(recorder, u"#!/bin/sh\nprintf '%s\\n' \"$@\" >>'%1'\n"_qs.arg(m_root.filePath(u"opened"_qs)));
     QFile::setPermissions(recorder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    writeText(home() + QStringLiteral("/.local/share/applications/recorder.desktop"),
-              QStringLiteral("[Desktop Entry]\nType=Application\nName=Recorder\nExec=%1 %U\nMimeType=%2;\n")
-                  .arg(recorder, mimeTypes.join(u';')));
-    QString defaults = QStringLiteral("[Default Applications]\n");
+    writeText(home() + u"/.local/share/applications/recorder.desktop"_qs,
+              u"[Desktop Entry]\nType=Application\nName=Recorder\nExec=%1 %U\nMimeType=%2;\n"_qs.arg(
+                  recorder, mimeTypes.join(u';')));
+    QString defaults = u"[Default Applications]\n"_qs;
     for (const QString &type : mimeTypes)
-        defaults += type + QStringLiteral("=recorder.desktop\n");
-    writeText(home() + QStringLiteral("/.config/mimeapps.list"), defaults);
+        defaults += type + u"=recorder.desktop\n"_qs;
+    writeText(home() + u"/.config/mimeapps.list"_qs, defaults);
 }
 
 QStringList Desktop::opened() const
 {
-    QFile file(m_root.filePath(QStringLiteral("opened")));
+    QFile file(m_root.filePath(u"opened"_qs));
     if (!file.open(QIODevice::ReadOnly))
         return {};
     return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);

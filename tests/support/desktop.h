@@ -48,12 +48,15 @@ public:
     QProcessEnvironment &environment() { return m_environment; }
     const QProcessEnvironment &environment() const { return m_environment; }
     QString home() const { return m_root.filePath(QStringLiteral("home")); }
-    QString applicationFolder() const;
-    QString settingsFile() const;
-    QString stateFolder() const;
+    QString applicationFolder() const { return home() + u"/Documents/pondWicket ƒ"_qs; }
+    QString settingsFile() const { return applicationFolder() + u"/pondWicket-settings.json"_qs; }
 
     /// The standard output of a tool run on this desktop ("xprop", {"-root"}).
-    QByteArray run(const QString &program, const QStringList &arguments) const;
+    QByteArray run(const QString &program, const QStringList &arguments) const
+    {
+        return outputOf(program, arguments, m_environment);
+    }
+    QByteArray xdotool(const QStringList &words) const { return run(u"xdotool"_qs, words); }
 
     /// The mapped windows that match xdotool's search terms ("--name", "^pondWicket$").
     QList<Window> windows(const QStringList &terms) const;
@@ -62,13 +65,16 @@ public:
     /// A property's value in xprop's words ("_NET_WM_STATE_ABOVE"); empty when it is not set.
     QString property(const Window &window, const QString &name) const;
 
-    void moveTo(QPoint point) const;
-    void press(int button = 1) const;
-    void release(int button = 1) const;
-    void click(QPoint point, int button = 1) const;
+    void moveTo(QPoint to) const { xdotool(u"mousemove %1 %2"_qs.arg(to.x()).arg(to.y()).split(u' ')); }
+    void press() const { xdotool({u"mousedown"_qs, u"1"_qs}); }
+    void release() const { xdotool({u"mouseup"_qs, u"1"_qs}); }
+    void click(QPoint at, int button = 1) const
+    {
+        xdotool(u"mousemove %1 %2 click %3"_qs.arg(at.x()).arg(at.y()).arg(button).split(u' '));
+    }
     /// "ctrl+q", "Escape", as xdotool names them; goes to the window that has the focus.
-    void key(const QString &keys) const;
-    void type(const QString &text) const;
+    void key(const QString &keys) const { xdotool({u"key"_qs, keys}); }
+    void type(const QString &text) const { xdotool({u"type"_qs, text}); }
     QImage screenshot(QRect area = {}) const;
 
     /// Makes a recording program the default for these MIME types ("x-scheme-handler/https").
