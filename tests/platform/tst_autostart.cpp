@@ -18,7 +18,6 @@ class TestAutostart : public QObject
 
 private Q_SLOTS:
     void init();
-    void readsTheEntry_data();
     void readsTheEntry();
     void switchesOnAndOff();
     void tellsWhyItFailed();
@@ -39,30 +38,23 @@ void TestAutostart::init()
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_home->path()));
 }
 
-void TestAutostart::readsTheEntry_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<bool>("starts");
-
-    const QByteArray application = "[Desktop Entry]\nType=Application\nName=x\nExec=x\n";
-    QTest::newRow("application") << application << true;
-    QTest::newRow("hidden") << application + "Hidden=true\n" << false;
-    QTest::newRow("not hidden") << application + "Hidden=false\n" << true;
-    QTest::newRow("switched off by GNOME") << application + "X-GNOME-Autostart-enabled=false\n" << false;
-    QTest::newRow("hidden in another group") << application + "[Desktop Action a]\nHidden=true\n" << true;
-    QTest::newRow("empty") << QByteArray() << false;
-    QTest::newRow("link") << QByteArray("[Desktop Entry]\nType=Link\nURL=x:\n") << false;
-}
-
 void TestAutostart::readsTheEntry()
 {
-    QFETCH(QByteArray, text);
     QVERIFY(platform::makeFolder(m_home->filePath(u"autostart"_qs), nullptr));
-    QVERIFY(platform::writeInPlace(entry(), text, nullptr));
-    QTEST(startsAtLogin(), "starts");
-    // Whatever stood there, the switch has its way.
-    QVERIFY(setStartsAtLogin(true, nullptr));
-    QVERIFY(startsAtLogin());
+    const QByteArray application = "[Desktop Entry]\nType=Application\nName=x\nExec=x\n";
+    for (const auto &[text, starts] : std::initializer_list<std::pair<QByteArray, bool>>{
+             {application, true},
+             {application + "Hidden=true\n", false},
+             {application + "Hidden=false\n", true},
+             {application + "X-GNOME-Autostart-enabled=false\n", false},
+             {application + "[Desktop Action a]\nHidden=true\n", true},
+             {"", false},
+             {"[Desktop Entry]\nType=Link\nURL=x:\n", false}}) {
+        QVERIFY(platform::writeInPlace(entry(), text, nullptr));
+        QVERIFY2(startsAtLogin() == starts, text.constData());
+        // Whatever stood there, the switch has its way.
+        QVERIFY2(setStartsAtLogin(true, nullptr) && startsAtLogin(), text.constData());
+    }
 }
 
 void TestAutostart::switchesOnAndOff()
