@@ -14,82 +14,67 @@ class TestContentType : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void applications_data();
     void applications();
-    void nameFollowsTheLocale_data();
     void nameFollowsTheLocale();
 };
 
-void TestContentType::applications_data()
-{
-    QTest::addColumn<QByteArray>("name");
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<bool>("executable");
-    QTest::addColumn<bool>("application");
-    const QByteArray elf = QByteArray("\177ELF\2\1\1") + '\0';
-    const QByteArray entry("# x\n\n[Desktop Entry]\nType=Application\n");
-    QTest::newRow("desktop entry") << QByteArray("a.desktop") << entry << false << true;
-    QTest::newRow("link entry") << QByteArray("b.desktop") << QByteArray("[Desktop Entry]\nType=Link\n")
-                                << false << false;
-    QTest::newRow("type in another group")
-        << QByteArray("c.desktop") << QByteArray("[Desktop Entry]\n[Desktop Action x]\nType=Application\n")
-        << false << false;
-    QTest::newRow("entry under another name") << QByteArray("a.txt") << entry << true << false;
-    QTest::newRow("AppImage 2") << QByteArray("d") << elf + "AI\2xxxx" << true << true;
-    QTest::newRow("AppImage 1") << QByteArray("e") << elf + "AI\1" << true << true;
-    QTest::newRow("AppImage that may not run") << QByteArray("f") << elf + "AI\2xxxx" << false << false;
-    QTest::newRow("plain program") << QByteArray("g") << elf + QByteArray(8, '\0') << true << false;
-    QTest::newRow("script") << QByteArray("h.sh") << QByteArray("#!/bin/sh\n") << true << false;
-    QTest::newRow("short file") << QByteArray("i") << QByteArray("\177E") << true << false;
-    QTest::newRow("empty folder") << QByteArray("folder/") << QByteArray() << false << false;
-    QTest::newRow("folder by name") << QByteArray("Calculator.app/") << QByteArray() << false << true;
-    QTest::newRow("folder with AppRun") << QByteArray("dir/AppRun") << QByteArray() << true << true;
-    QTest::newRow("AppRun that may not run") << QByteArray("dir/AppRun") << QByteArray() << false << false;
-    QTest::newRow("AppRun is a folder") << QByteArray("dir/AppRun/") << QByteArray() << false << false;
-}
-
 void TestContentType::applications()
 {
-    QFETCH(QByteArray, name);
-    QFETCH(QByteArray, text);
-    QFETCH(bool, executable);
-    QFETCH(bool, application);
-    QTemporaryDir folder;
-    const QString path = folder.filePath(QFile::decodeName(name));
-    QVERIFY(QDir().mkpath(path.section(QLatin1Char('/'), 0, -2)));
-    if (!name.endsWith('/')) {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(text);
-        if (executable)
-            file.setPermissions(file.permissions() | QFileDevice::ExeOwner);
+    const QByteArray elf = QByteArray("\177ELF\2\1\1") + '\0';
+    const QByteArray entry("# x\n\n[Desktop Entry]\nType=Application\n");
+    const struct
+    {
+        QByteArray name, text;
+        bool executable, application;
+    } rows[] = {
+        {"a.desktop", entry, false, true},
+        {"link.desktop", "[Desktop Entry]\nType=Link\n", false, false},
+        {"group.desktop", "[Desktop Entry]\n[Desktop Action x]\nType=Application\n", false, false},
+        {"a.txt", entry, true, false},
+        {"AppImage 2", elf + "AI\2xxxx", true, true},
+        {"AppImage 1", elf + "AI\1", true, true},
+        {"AppImage that may not run", elf + "AI\2xxxx", false, false},
+        {"program", elf + QByteArray(8, '\0'), true, false},
+        {"h.sh", "#!/bin/sh\n", true, false},
+        {"short", "\177E", true, false},
+        {"empty/", "", false, false},
+        {"Calculator.app/", "", false, true},
+        {"runs/AppRun", "", true, true},
+        {"may not run/AppRun", "", false, false},
+        {"folder/AppRun/", "", false, false},
+    };
+    const QTemporaryDir folder;
+    for (const auto &[name, text, executable, application] : rows) {
+        const QString path = folder.filePath(QFile::decodeName(name));
+        QVERIFY(QDir().mkpath(path.section(u'/', 0, -2)));
+        if (!name.endsWith('/')) {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(text);
+            if (executable)
+                file.setPermissions(file.permissions() | QFileDevice::ExeOwner);
+        }
+        const QByteArray first = QFile::encodeName(folder.path()) + '/' + name.split('/').constFirst();
+        const bool found = name.contains('/') ? isApplicationFolder(first) : isApplicationFile(first);
+        QVERIFY2(found == application, name.constData());
     }
-    const QByteArray first = QFile::encodeName(folder.path()) + '/' + name.split('/').constFirst();
-    QCOMPARE(name.contains('/') ? isApplicationFolder(first) : isApplicationFile(first), application);
-}
-
-void TestContentType::nameFollowsTheLocale_data()
-{
-    QTest::addColumn<QByteArray>("locale");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("no language") << QByteArray("C") << QStringLiteral("Files");
-    QTest::newRow("language") << QByteArray("de_AT.UTF-8") << QStringLiteral("Dateien");
-    QTest::newRow("language and country") << QByteArray("de_CH.UTF-8") << QStringLiteral("Ablage x");
-    QTest::newRow("modifier") << QByteArray("sr_RS.UTF-8@latin") << QStringLiteral("Datoteke");
-    QTest::newRow("empty") << QByteArray() << QStringLiteral("Files");
 }
 
 void TestContentType::nameFollowsTheLocale()
 {
-    QFETCH(QByteArray, locale);
-    const std::optional<DesktopEntry> entry = parseDesktopEntry("[Desktop Entry]\n"
-                                                                "Name[de_CH] = Ablage\\sx\n"
-                                                                "Name=Files\nName[de]=Dateien\n"
-                                                                "Name[sr@latin]=Datoteke\n"
-                                                                "[Desktop Action y]\nName=Other\n",
-                                                                locale);
-    QVERIFY(entry);
-    QTEST(entry->name, "name");
+    for (const auto &[locale, name] :
+         std::initializer_list<std::pair<QByteArray, QString>>{{"C", u"Files"_qs},
+                                                               {"de_AT.UTF-8", u"Dateien"_qs},
+                                                               {"de_CH.UTF-8", u"Ablage x"_qs},
+                                                               {"sr_RS.UTF-8@latin", u"Datoteke"_qs},
+                                                               {"", u"Files"_qs}}) {
+        const auto entry = parseDesktopEntry("[Desktop Entry]\nName[de_CH] = Ablage\\sx\nName=Files\n"
+                                             "Name[de]=Dateien\nName[sr@latin]=Datoteke\n"
+                                             "[Desktop Action y]\nName=Other\n",
+                                             locale);
+        QVERIFY2(entry, locale.constData());
+        QCOMPARE(entry->name, name);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestContentType)
