@@ -29,7 +29,6 @@ private Q_SLOTS:
     void laterStartsAskTheFirst_data();
     void laterStartsAskTheFirst();
     void runsWithoutAnyPlaceForItsLock();
-    void foldersDoNotMeet();
     void aCrashBlocksNobody();
     void servesTheDesktop();
     void cleanupTestCase() { support::endProcess(*m_bus); }
@@ -113,7 +112,8 @@ void TestSingleInstance::laterStartsAskTheFirst()
     }
 
     const auto first = makeServing(folder);
-    QVERIFY(first);
+    const auto ofAnotherFolder = makeServing(m_root->filePath(u"two"_qs));
+    QVERIFY(first && ofAnotherFolder);
     const QList<InstanceRequest> requests = {
         {Kind::Activate, {}}, {Kind::Open, u"file:///a%20b\nƒ"_qs}, {Kind::Action, u"settings"_qs}};
     QVERIFY(!SingleInstance(folder + u'/').claim(requests));
@@ -125,13 +125,6 @@ void TestSingleInstance::runsWithoutAnyPlaceForItsLock()
     qputenv("XDG_RUNTIME_DIR", "/dev/null");
     qputenv("TMPDIR", "/dev/null");
     QVERIFY(makeServing(m_root->path()));
-}
-
-void TestSingleInstance::foldersDoNotMeet()
-{
-    const auto one = makeServing(m_root->filePath(u"one"_qs));
-    const auto two = makeServing(m_root->filePath(u"two"_qs));
-    QVERIFY(one && two);
 }
 
 void TestSingleInstance::aCrashBlocksNobody()
