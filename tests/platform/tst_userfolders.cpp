@@ -11,66 +11,45 @@ class TestUserFolders : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void documents_data();
-    void documents();
-    void state_data();
-    void state();
+    void documents()
+    {
+        // The desktop's own list and what it makes of the home folder; null when there is no folder.
+        for (const auto &[list, folder] : std::initializer_list<std::pair<QByteArray, QString>>{
+                 {"", u"/Documents"_qs},
+                 {"XDG_DOCUMENTS_DIR=\"$HOME/Dokumente ƒ/tief\"\n", u"/Dokumente ƒ/tief"_qs},
+                 {"XDG_DOCUMENTS_DIR=\"$HOME/\"\n", u""_qs},
+                 {"XDG_DOCUMENTS_DIR=\"Documents\"\n", {}},
+                 {"XDG_DOCUMENTS_DIR=\"$HOME/.config/user-dirs.dirs\"\n", {}}}) {
+            const QTemporaryDir home;
+            qputenv("HOME", QFile::encodeName(home.path()));
+            qunsetenv("XDG_CONFIG_HOME");
+            QVERIFY(QDir().mkpath(home.filePath(u".config"_qs)));
+            if (!list.isEmpty())
+                QVERIFY(platform::writeInPlace(home.filePath(u".config/user-dirs.dirs"_qs), list, nullptr));
+            platform::Error error;
+            const auto found = platform::documentsFolder(&error);
+            QVERIFY2(found.has_value() != folder.isNull(), list.constData());
+            if (!found) {
+                QVERIFY2(error.fullDescription().contains(u"(domain POSIX, code "), list.constData());
+                continue;
+            }
+            QCOMPARE(QDir::cleanPath(*found), home.path() + folder);
+            QVERIFY2(!found->endsWith(u'/') && QDir(*found).exists(), list.constData());
+        }
+    }
+
+    void state()
+    {
+        qputenv("HOME", "/home/user");
+        for (const auto &[variable, folder] :
+             std::initializer_list<std::pair<const char *, QString>>{{"", u"/home/user/.local/state"_qs},
+                                                                     {"x", u"/home/user/.local/state"_qs},
+                                                                     {"/var/x/", u"/var/x"_qs}}) {
+            qputenv("XDG_STATE_HOME", variable);
+            QCOMPARE(platform::stateFolder(), folder + u"/pondWicket"_qs);
+        }
+    }
 };
-
-void TestUserFolders::documents_data()
-{
-    QTest::addColumn<QByteArray>("userDirs"); // the desktop's own list; empty for none
-    QTest::addColumn<QString>("folder"); // in the home folder; null when there is none
-    QTest::newRow("no list") << QByteArray() << QStringLiteral("/Documents");
-    QTest::newRow("other language") << QByteArray("XDG_DOCUMENTS_DIR=\"$HOME/Dokumente ƒ/tief\"\n")
-                                    << QStringLiteral("/Dokumente ƒ/tief");
-    QTest::newRow("switched off") << QByteArray("XDG_DOCUMENTS_DIR=\"$HOME/\"\n") << QStringLiteral("");
-    QTest::newRow("relative") << QByteArray("XDG_DOCUMENTS_DIR=\"Documents\"\n") << QString();
-    QTest::newRow("file in its place")
-        << QByteArray("XDG_DOCUMENTS_DIR=\"$HOME/.config/user-dirs.dirs\"\n") << QString();
-}
-
-void TestUserFolders::documents()
-{
-    QFETCH(QByteArray, userDirs);
-    QFETCH(QString, folder);
-    const QTemporaryDir home;
-    qputenv("HOME", QFile::encodeName(home.path()));
-    qunsetenv("XDG_CONFIG_HOME");
-    if (!userDirs.isEmpty()) {
-        QVERIFY(QDir().mkpath(home.filePath(QStringLiteral(".config"))));
-        QVERIFY(platform::writeInPlace(home.filePath(QStringLiteral(".config/user-dirs.dirs")), userDirs,
-                                       nullptr));
-    }
-    platform::Error error;
-    const auto found = platform::documentsFolder(&error);
-    QCOMPARE(found.has_value(), !folder.isNull());
-    if (!found) {
-        QVERIFY(error.fullDescription().contains(QStringLiteral("(domain POSIX, code ")));
-        return;
-    }
-    QCOMPARE(QDir::cleanPath(*found), home.path() + folder);
-    QVERIFY(!found->endsWith(u'/'));
-    QVERIFY(QDir(*found).exists());
-}
-
-void TestUserFolders::state_data()
-{
-    QTest::addColumn<QByteArray>("variable");
-    QTest::addColumn<QString>("folder");
-    QTest::newRow("unset") << QByteArray() << QStringLiteral("/home/user/.local/state/pondWicket");
-    QTest::newRow("set") << QByteArray("/var/x/") << QStringLiteral("/var/x/pondWicket");
-    QTest::newRow("relative") << QByteArray("x") << QStringLiteral("/home/user/.local/state/pondWicket");
-}
-
-void TestUserFolders::state()
-{
-    QFETCH(QByteArray, variable);
-    QFETCH(QString, folder);
-    qputenv("HOME", "/home/user");
-    qputenv("XDG_STATE_HOME", variable);
-    QCOMPARE(platform::stateFolder(), folder);
-}
 
 QTEST_APPLESS_MAIN(TestUserFolders)
 #include "tst_userfolders.moc"
