@@ -13,11 +13,8 @@ class TestLinkKind : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void kindOfAddress_data();
     void kindOfAddress();
-    void kindOfPath_data();
     void kindOfPath();
-    void look_data();
     void look();
 };
 
@@ -32,98 +29,68 @@ TileMenuItem linkTo(const QString &text)
 
 } // namespace
 
-void TestLinkKind::kindOfAddress_data()
-{
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<int>("lines");
-    QTest::newRow("web") << QStringLiteral("https://example.org/a") << QStringLiteral("https") << 0;
-    QTest::newRow("case is kept") << QStringLiteral("HTTPS://example.org") << QStringLiteral("HTTPS") << 0;
-    QTest::newRow("mail") << QStringLiteral("mailto:a@example.org") << QStringLiteral("mailto") << 0;
-    QTest::newRow("nothing after the scheme") << QStringLiteral("tel://") << QStringLiteral("tel") << 0;
-    QTest::newRow("unknown word") << QStringLiteral("abc:def") << QStringLiteral("abc") << 0;
-    QTest::newRow("blank makes it a path") << QStringLiteral("https://a b") << QStringLiteral("unknown") << 1;
-    QTest::newRow("host alone") << QStringLiteral("example.org/x") << QStringLiteral("unknown") << 1;
-    QTest::newRow("empty") << QString() << QStringLiteral("unknown") << 1;
-    QTest::newRow("missing path") << QStringLiteral("/no/such file") << QStringLiteral("unknown") << 1;
-    // The text before the NUL names a folder; cut there it would have been taken for it.
-    QTest::newRow("NUL in a path") << QStringLiteral("/tmp") + QChar(0) + QLatin1Char('x')
-                                   << QStringLiteral("unknown") << 1;
-}
-
 void TestLinkKind::kindOfAddress()
 {
-    QFETCH(QString, address);
-    StdoutCapture output;
-    const QString kind = links::linkKind(linkTo(address));
-    const QStringList lines = output.lines();
-    QTEST(kind, "kind");
-    QTEST(int(lines.size()), "lines");
-    for (const QString &line : lines) {
-        QVERIFY(line.startsWith(QLatin1String("Failed to resolve alias: ")));
-        QVERIFY(line.contains(QLatin1String("domain POSIX, code ")));
-    }
-}
-
-void TestLinkKind::kindOfPath_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("throughAlias");
-    QTest::addColumn<QString>("kind");
-    for (const bool throughAlias : {false, true}) {
-        const char *way = throughAlias ? "alias" : "direct";
-        QTest::addRow("%s: application", way)
-            << QStringLiteral("Calculator.app") << throughAlias << QStringLiteral("appAlias");
-        QTest::addRow("%s: folder", way)
-            << QStringLiteral("My Folder") << throughAlias << QStringLiteral("folderAlias");
-        QTest::addRow("%s: file", way)
-            << QStringLiteral("a.txt") << throughAlias << QStringLiteral("documentAlias");
-        QTest::addRow("%s: symbolic link", way)
-            << QStringLiteral("link") << throughAlias << QStringLiteral("folderAlias");
+    // The text before the NUL names a folder; cut there it would have been taken for it.
+    const QString nul = QStringLiteral("/tmp") + QChar(0) + QLatin1Char('x');
+    const std::pair<QString, QString> rows[] = {{u"HTTPS://example.org"_qs, u"HTTPS"_qs},
+                                                {u"mailto:a@example.org"_qs, u"mailto"_qs},
+                                                {u"tel://"_qs, u"tel"_qs},
+                                                {u"abc:def"_qs, u"abc"_qs},
+                                                {u"https://a b"_qs, u"unknown"_qs},
+                                                {u"example.org/x"_qs, u"unknown"_qs},
+                                                {QString(), u"unknown"_qs},
+                                                {u"/no/such file"_qs, u"unknown"_qs},
+                                                {nul, u"unknown"_qs}};
+    for (const auto &[address, kind] : rows) {
+        auto output = std::make_unique<StdoutCapture>();
+        const QString found = links::linkKind(linkTo(address));
+        const QStringList lines = output->lines();
+        output.reset();
+        QVERIFY2(found == kind, qPrintable(address));
+        QCOMPARE(lines.size(), kind == u"unknown" ? 1 : 0);
+        for (const QString &line : lines)
+            QVERIFY(line.startsWith(u"Failed to resolve alias: ") && line.contains(u"domain POSIX, code "));
     }
 }
 
 void TestLinkKind::kindOfPath()
 {
-    QFETCH(QString, name);
-    QFETCH(bool, throughAlias);
     QTemporaryDir folder;
     QDir dir(folder.path());
-    QVERIFY(dir.mkdir(QStringLiteral("Calculator.app")) && dir.mkdir(QStringLiteral("My Folder")));
-    QVERIFY(QFile::link(QStringLiteral("My Folder"), folder.filePath(QStringLiteral("link"))));
-    QVERIFY(QFile(folder.filePath(QStringLiteral("a.txt"))).open(QIODevice::WriteOnly));
-    QString path = folder.filePath(name);
-    if (throughAlias) {
-        const QString alias = folder.filePath(QStringLiteral("0A1B2C3D"));
+    QVERIFY(dir.mkdir(u"Calculator.app"_qs) && dir.mkdir(u"My Folder"_qs));
+    QVERIFY(QFile::link(u"My Folder"_qs, folder.filePath(u"link"_qs)));
+    QVERIFY(QFile(folder.filePath(u"a.txt"_qs)).open(QIODevice::WriteOnly));
+    const QString alias = folder.filePath(u"0A1B2C3D"_qs);
+    const std::pair<QString, QString> rows[] = {{u"Calculator.app"_qs, u"appAlias"_qs},
+                                                {u"My Folder"_qs, u"folderAlias"_qs},
+                                                {u"a.txt"_qs, u"documentAlias"_qs},
+                                                {u"link"_qs, u"folderAlias"_qs}};
+    for (const auto &[name, kind] : rows) {
+        const QString path = folder.filePath(name);
         QVERIFY(platform::writeAliasFile(QFile::encodeName(path), QFile::encodeName(alias), nullptr));
-        path = alias;
+        for (const QString &direct : {path, alias}) {
+            QVERIFY2(links::linkKind(linkTo(direct)) == kind, qPrintable(name));
+            QVERIFY(links::isAlias(linkTo(direct)));
+        }
     }
-    QTEST(links::linkKind(linkTo(path)), "kind");
-    QVERIFY(links::isAlias(linkTo(path)));
-}
-
-void TestLinkKind::look_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QString>("symbol");
-    QTest::addColumn<QColor>("tint");
-    const QColor blue = QColor::fromRgbF(0.0F, 0.64F, 0.88F);
-    const QColor orange = QColor::fromRgbF(1.0F, 0.4F, 0.12F);
-    // The two tables differ: these are the kinds that only one of them knows.
-    QTest::newRow("image without a tint") << QStringLiteral("smb") << QStringLiteral("server.rack") << orange;
-    QTest::newRow("tint without an image")
-        << QStringLiteral("wss") << QStringLiteral("questionmark.square") << blue;
-    QTest::newRow("both") << QStringLiteral("ssh") << QStringLiteral("apple.terminal") << blue;
-    QTest::newRow("other case") << QStringLiteral("Https") << QStringLiteral("questionmark.square") << orange;
-    QTest::newRow("unknown") << QStringLiteral("unknown") << QStringLiteral("questionmark.square") << orange;
-    QTest::newRow("empty") << QString() << QStringLiteral("questionmark.square") << orange;
 }
 
 void TestLinkKind::look()
 {
-    QFETCH(QString, kind);
-    QTEST(links::symbolOfKind(kind), "symbol");
-    QTEST(links::tintOfKind(kind), "tint");
+    const QColor blue = QColor::fromRgbF(0.0F, 0.64F, 0.88F);
+    const QColor orange = QColor::fromRgbF(1.0F, 0.4F, 0.12F);
+    const QString none = u"questionmark.square"_qs;
+    // The two tables differ: "smb" and "wss" are known to only one of them.
+    const std::tuple<QString, QString, QColor> rows[] = {{u"smb"_qs, u"server.rack"_qs, orange},
+                                                         {u"wss"_qs, none, blue},
+                                                         {u"ssh"_qs, u"apple.terminal"_qs, blue},
+                                                         {u"Https"_qs, none, orange},
+                                                         {QString(), none, orange}};
+    for (const auto &[kind, symbol, tint] : rows) {
+        QVERIFY2(links::symbolOfKind(kind) == symbol, qPrintable(kind));
+        QVERIFY2(links::tintOfKind(kind) == tint, qPrintable(kind));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestLinkKind)
