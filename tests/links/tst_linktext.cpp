@@ -33,6 +33,13 @@ struct Bench
     {
         return QFile::remove(model::applicationFolder(config) + QStringLiteral("/pondWicket-settings.json"));
     }
+    /// The lines reported meanwhile.
+    QString import(const QString &path)
+    {
+        StdoutCapture capture;
+        links::importLinksFromPath(config, tileId(), path);
+        return capture.lines().join(u'\n');
+    }
     QString write(const QString &name, const QByteArray &bytes) const
     {
         QFile file(dir.filePath(name));
@@ -52,11 +59,8 @@ class TestLinkText : public QObject
 private Q_SLOTS:
     void linksOfTextAreUniqueAndNamed();
     void linksGoToTheEndOfTheTileAndAreSavedOnce();
-    void importableFiles_data();
     void importableFiles();
-    void importsTextOnly_data();
     void importsTextOnly();
-    void templates_data();
     void templates();
 };
 
@@ -99,103 +103,67 @@ void TestLinkText::linksGoToTheEndOfTheTileAndAreSavedOnce()
     QCOMPARE(changes, 2);
 }
 
-void TestLinkText::importableFiles_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<bool>("importable");
-    const char *yes[] = {"a.txt",  "a.csv", "a.tsv", "a.html", "a.xhtml", "a.js", "a.cpp", "a.sh",  "a.vcf",
-                         "a.json", "a.svg", "a.css", "a.xml",  "a.md",    "a.py", "a.rss", "README"};
-    for (const char *name : yes)
-        QTest::newRow(name) << QString::fromLatin1(name) << QByteArray("words\n") << true;
-    for (const char *name : {"a.rtf", "a.ps", "a.png", "a.xpm", "a.pdf", "a.zip", "a.odt"})
-        QTest::newRow(name) << QString::fromLatin1(name) << QByteArray("words\n") << false;
-    QTest::newRow("picture by content")
-        << QStringLiteral("photo") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16) << false;
-    QTest::newRow("bytes by content")
-        << QStringLiteral("bytes") << QByteArray("\x01\x02\x03\0\xFF\xFE", 6) << false;
-    QTest::newRow("script by content") << QStringLiteral("run") << QByteArray("#!/bin/sh\nexit\n") << true;
-}
-
 void TestLinkText::importableFiles()
 {
-    QFETCH(QString, name);
-    QFETCH(QByteArray, content);
     const Bench bench;
-    QTEST(links::isImportableTextFile(bench.write(name, content)), "importable");
-}
-
-void TestLinkText::importsTextOnly_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("addresses");
-    QTest::addColumn<QString>("line");
-    QTest::newRow("markdown") << "a.md" << QByteArray("[x](http://a.org/x) <b.org>")
-                              << "http://a.org/x http://b.org"
-                              << "";
-    QTest::newRow("byte-order mark") << "a.txt" << QByteArray("\xEF\xBB\xBFhttp://a.org") << "http://a.org"
-                                     << "";
-    QTest::newRow("empty") << "a.txt" << QByteArray() << ""
-                           << "";
-    QTest::newRow("no links") << "a.txt" << QByteArray("nothing") << ""
-                              << "";
-    const QString failed = QStringLiteral("Failed to read file: The text is not valid UTF-8.");
-    QTest::newRow("UTF-16") << "a.txt" << QByteArray("\xFF\xFEw\0w\0w\0.\0a\0.\0o\0r\0g\0", 20) << ""
-                            << failed;
-    QTest::newRow("surrogate") << "a.txt" << QByteArray("a.org \xED\xA0\x80") << "" << failed;
-    QTest::newRow("overlong") << "a.txt" << QByteArray("a.org \xC0\xAF") << "" << failed;
-    QTest::newRow("picture") << "a.png" << QByteArray("http://a.org") << ""
-                             << "";
+    const auto check = [&bench](const char *name, const QByteArray &content, bool importable) {
+        QVERIFY2(links::isImportableTextFile(bench.write(QLatin1String(name), content)) == importable, name);
+    };
+    for (const char *name : {"a.txt", "a.csv", "a.tsv", "a.html", "a.xhtml", "a.js", "a.cpp", "a.sh", "a.vcf",
+                             "a.json", "a.svg", "a.css", "a.xml", "a.md", "a.py", "a.rss", "README"})
+        check(name, "words\n", true);
+    for (const char *name : {"a.rtf", "a.ps", "a.png", "a.xpm", "a.pdf", "a.zip", "a.odt"})
+        check(name, "words\n", false);
+    check("photo", QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16), false);
+    check("bytes", QByteArray("\x01\x02\x03\0\xFF\xFE", 6), false);
+    check("run", "#!/bin/sh\nexit\n", true);
 }
 
 void TestLinkText::importsTextOnly()
 {
-    QFETCH(QString, name);
-    QFETCH(QByteArray, content);
-    QFETCH(QString, line);
+    const QString failed = QStringLiteral("Failed to read file: The text is not valid UTF-8.");
+    const std::tuple<QString, QByteArray, QString, QString> rows[] = {
+        {u"a.md"_qs, "[x](http://a.org/x) <b.org>", u"http://a.org/x http://b.org"_qs, {}},
+        {u"a.txt"_qs, "\xEF\xBB\xBFhttp://a.org", u"http://a.org"_qs, {}},
+        {u"a.txt"_qs, "", {}, {}},
+        {u"a.txt"_qs, QByteArray("\xFF\xFEw\0w\0w\0.\0a\0.\0o\0r\0g\0", 20), {}, failed},
+        {u"a.txt"_qs, "a.org \xED\xA0\x80", {}, failed},
+        {u"a.txt"_qs, "a.org \xC0\xAF", {}, failed},
+        {u"a.png"_qs, "http://a.org", {}, {}}};
+    for (const auto &[name, content, addresses, line] : rows) {
+        Bench bench;
+        const QString lines = bench.import(bench.write(name, content));
+        QVERIFY2(bench.addresses().join(u' ') == addresses, content.constData());
+        QVERIFY2(line.isEmpty() ? lines.isEmpty() : lines.startsWith(line), qPrintable(lines));
+        QVERIFY2(bench.saved() == (line.isEmpty() && name != u"a.png"), content.constData());
+    }
+    // None of these may be opened: a pipe without a writer would hang the strip.
     Bench bench;
-    StdoutCapture capture;
-    links::importLinksFromPath(bench.config, bench.tileId(), bench.write(name, content));
-    const QStringList lines = capture.lines();
-    QTEST(bench.addresses().join(QLatin1Char(' ')), "addresses");
-    QCOMPARE(lines.join(QLatin1Char('\n')).left(line.size() ? line.size() : 1000), line);
-    QCOMPARE(bench.saved(), line.isEmpty() && name != QLatin1String("a.png"));
-
-    // Neither of these may be opened: a pipe without a writer would hang the strip.
     const QString pipe = bench.dir.filePath(QStringLiteral("pipe.txt"));
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    for (const QString &path : {pipe, bench.dir.path(), bench.dir.filePath(QStringLiteral("none.txt"))})
-        links::importLinksFromPath(bench.config, bench.tileId(), path);
-    QCOMPARE(capture.lines(), QStringList());
-    QVERIFY(!bench.saved());
-}
-
-void TestLinkText::templates_data()
-{
-    QTest::addColumn<QLatin1String>("key");
-    QTest::addColumn<QString>("address");
-    const std::pair<const char *, const char *> rows[] = {
-        {"https://", "https://"}, {"mail", "mailto:"}, {"maps", "maps://?q=pizza"},
-        {"sms", "sms://"},        {"tel", "tel://"},   {"shortcuts", "shortcuts://run-shortcut?name="},
-        {"Mail", "https://"}};
-    for (const auto &[key, address] : rows)
-        QTest::newRow(key) << QLatin1String(key) << QString::fromLatin1(address);
+    for (const QString &path : {pipe, bench.dir.path(), bench.dir.filePath(QStringLiteral("none.txt"))}) {
+        QCOMPARE(bench.import(path), QString());
+        QVERIFY2(!bench.saved(), qPrintable(path));
+    }
 }
 
 void TestLinkText::templates()
 {
-    QFETCH(QLatin1String, key);
-    QFETCH(QString, address);
-    Bench bench;
-    links::addTemplateLink(bench.config, bench.tileId(), key);
-    links::addTemplateLink(bench.config, bench.tileId(), key);
-    QCOMPARE(bench.addresses(), QStringList({address, address}));
-    QCOMPARE(bench.links().at(0).itemName, QStringLiteral("(Untitled bookmark)"));
-    QVERIFY(bench.links().at(0).id != bench.links().at(1).id);
-    QVERIFY(bench.saved());
-    links::addTemplateLink(bench.config, QUuid::createUuid(), key);
-    QVERIFY(!bench.saved());
+    const std::pair<const char *, const char *> rows[] = {
+        {"https://", "https://"}, {"mail", "mailto:"}, {"maps", "maps://?q=pizza"},
+        {"sms", "sms://"},        {"tel", "tel://"},   {"shortcuts", "shortcuts://run-shortcut?name="},
+        {"Mail", "https://"}};
+    for (const auto &[key, address] : rows) {
+        Bench bench;
+        links::addTemplateLink(bench.config, bench.tileId(), QLatin1String(key));
+        links::addTemplateLink(bench.config, bench.tileId(), QLatin1String(key));
+        QVERIFY2(bench.addresses() == QStringList(2, QLatin1String(address)), key);
+        QCOMPARE(bench.links().at(0).itemName, QStringLiteral("(Untitled bookmark)"));
+        QVERIFY(bench.links().at(0).id != bench.links().at(1).id);
+        QVERIFY(bench.saved());
+        links::addTemplateLink(bench.config, QUuid::createUuid(), QLatin1String(key));
+        QVERIFY(!bench.saved());
+    }
 }
 
 QTEST_GUILESS_MAIN(TestLinkText)
