@@ -30,12 +30,6 @@ private:
         return QFile::encodeName(at(name));
     }
     const TileItem &tile() const { return m_config->tileItems().constFirst(); }
-    TileMenuItem linkTo(const QString &path) const
-    {
-        TileMenuItem link;
-        link.itemString = path;
-        return link;
-    }
     QStringList trashed() const
     {
         return QDir(at(QStringLiteral("data/Trash/files"))).entryList(QDir::Files);
@@ -44,16 +38,11 @@ private:
 private Q_SLOTS:
     void initTestCase();
     void init();
-    void names_data();
     void names();
-    void chosenThingIsLinked_data();
     void chosenThingIsLinked();
-    void cancelledPanelChangesNothing();
     void tileMayGoWhileThePanelIsOpen();
     void linkIsAddedWithoutItsAliasFile();
-    void twoLinksHaveTwoFiles();
     void removedLinkGoesToTheTrash();
-    void nothingElseGoesToTheTrash_data();
     void nothingElseGoesToTheTrash();
 };
 
@@ -75,81 +64,56 @@ void TestTileAlias::init()
     m_config->editTile(id, [](TileItem &item) { item.tileMenuItems.clear(); });
 }
 
-void TestTileAlias::names_data()
-{
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QString>("name");
-    const auto row = [](const char *file, const QString &name) {
-        QTest::newRow(file) << QByteArray(file) << name;
-    };
-    row("/a/Annual Report.pdf", QStringLiteral("AnnualReport"));
-    row("/a/Calculator.app", QStringLiteral("Calculator"));
-    row("/a/Projects", QStringLiteral("Projects"));
-    row("/a/Notes (old)", QStringLiteral("Notesold"));
-    row("/a/Mr. Smith", QStringLiteral("MrSmith"));
-    row("/a/archive.tar.gz", QStringLiteral("archivetar"));
-    row("/a/.profile", QStringLiteral("profile"));
-    row("/a/etc.", QStringLiteral("etc"));
-    row("/a/---", QString());
-    row("/a/Cafe\u0301 Ⅻ ½ \U0001D49C.txt", QStringLiteral("Cafe\u0301Ⅻ½\U0001D49C"));
-    row("/a/caf\xe9.txt", QStringLiteral("caf"));
-    row("/", QString());
-}
-
 void TestTileAlias::names()
 {
-    QFETCH(QByteArray, file);
-    QTEST(links::linkName(file), "name");
-}
-
-void TestTileAlias::chosenThingIsLinked_data()
-{
-    QTest::addColumn<QString>("thing");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("kind");
-    QTest::newRow("application") << QStringLiteral("x/Calculator.app/") << QStringLiteral("Calculator")
-                                 << QStringLiteral("appAlias");
-    QTest::newRow("folder") << QStringLiteral("x/My Projects/") << QStringLiteral("MyProjects")
-                            << QStringLiteral("folderAlias");
-    QTest::newRow("document") << QStringLiteral("x/a.txt") << QStringLiteral("a")
-                              << QStringLiteral("documentAlias");
+    const std::pair<QByteArray, QString> rows[] = {
+        {"/a/Annual Report.pdf", u"AnnualReport"_qs},
+        {"/a/Projects", u"Projects"_qs},
+        {"/a/Notes (old)", u"Notesold"_qs},
+        {"/a/Mr. Smith", u"MrSmith"_qs},
+        {"/a/archive.tar.gz", u"archivetar"_qs},
+        {"/a/.profile", u"profile"_qs},
+        {"/a/etc.", u"etc"_qs},
+        {"/a/---", QString()},
+        {"/a/Cafe\u0301 Ⅻ ½ \U0001D49C.txt", u"Cafe\u0301Ⅻ½\U0001D49C"_qs},
+        {"/a/caf\xe9.txt", u"caf"_qs},
+        {"/", QString()}};
+    for (const auto &[file, name] : rows)
+        QVERIFY2(links::linkName(file) == name, file.constData());
 }
 
 void TestTileAlias::chosenThingIsLinked()
 {
-    QFETCH(QString, thing);
-    make(thing);
-    FakeFilePanel panel;
-    panel.answer = at(thing);
-    StdoutCapture output;
-    links::linkApplicationOrFile(*m_config, tile().id, panel);
-    QCOMPARE(output.lines(), QStringList());
-    QCOMPARE(panel.titles, QStringList{QStringLiteral("Link application or file")});
-    QCOMPARE(tile().tileMenuItems.size(), 1);
-    const TileMenuItem link = tile().tileMenuItems.constFirst();
-    QTEST(link.itemName, "name");
-    QTEST(links::linkKind(link), "kind");
-    const QString folder = model::tileFolderPath(tile()) + QLatin1Char('/');
-    QVERIFY(link.itemString.startsWith(folder));
-    QCOMPARE(link.itemString.size() - folder.size(), 36);
-    QCOMPARE(model::readSettingsFile(model::settingsFileURL(*m_config), nullptr)->tileItems,
-             m_config->tileItems());
-}
-
-void TestTileAlias::cancelledPanelChangesNothing()
-{
-    const QList<TileItem> before = m_config->tileItems();
-    FakeFilePanel panel;
-    links::linkApplicationOrFile(*m_config, tile().id, panel);
-    QCOMPARE(m_config->tileItems(), before);
+    const std::tuple<QString, QString, QString> rows[] = {
+        {u"x/Calculator.app/"_qs, u"Calculator"_qs, u"appAlias"_qs},
+        {u"x/My Projects/"_qs, u"MyProjects"_qs, u"folderAlias"_qs},
+        {u"x/a.txt"_qs, u"a"_qs, u"documentAlias"_qs}};
+    for (const auto &[thing, name, kind] : rows) {
+        make(thing);
+        FakeFilePanel panel;
+        panel.answer = at(thing);
+        links::linkApplicationOrFile(*m_config, tile().id, panel);
+        QCOMPARE(panel.titles, QStringList{u"Link application or file"_qs});
+        const TileMenuItem link = tile().tileMenuItems.constLast();
+        QCOMPARE(link.itemName, name);
+        QCOMPARE(links::linkKind(link), kind);
+        const QString folder = model::tileFolderPath(tile()) + u'/';
+        QVERIFY(link.itemString.startsWith(folder));
+        QCOMPARE(link.itemString.size() - folder.size(), 36);
+        QCOMPARE(model::readSettingsFile(model::settingsFileURL(*m_config), nullptr)->tileItems,
+                 m_config->tileItems());
+    }
+    FakeFilePanel cancelled;
+    links::linkApplicationOrFile(*m_config, tile().id, cancelled);
+    QCOMPARE(tile().tileMenuItems.size(), 3);
 }
 
 void TestTileAlias::tileMayGoWhileThePanelIsOpen()
 {
-    make(QStringLiteral("a.txt"));
+    make(u"a.txt"_qs);
     const QString folder = model::tileFolderPath(tile());
     FakeFilePanel panel;
-    panel.answer = at(QStringLiteral("a.txt"));
+    panel.answer = at(u"a.txt"_qs);
     panel.meanwhile = [this] { model::removeTile(*m_config, tile().id); };
     links::linkApplicationOrFile(*m_config, tile().id, panel);
     QVERIFY(m_config->tileItems().isEmpty());
@@ -168,57 +132,47 @@ void TestTileAlias::linkIsAddedWithoutItsAliasFile()
     QCOMPARE(tile().tileMenuItems.size(), 1);
 }
 
-void TestTileAlias::twoLinksHaveTwoFiles()
-{
-    const QByteArray target = make(QStringLiteral("a.txt"));
-    links::linkFile(*m_config, tile().id, target);
-    links::linkFile(*m_config, tile().id, target);
-    QCOMPARE(tile().tileMenuItems.size(), 2);
-    QVERIFY(tile().tileMenuItems.at(0).itemString != tile().tileMenuItems.at(1).itemString);
-    QCOMPARE(QDir(model::tileFolderPath(tile())).entryList(QDir::Files).size(), 2);
-}
-
 void TestTileAlias::removedLinkGoesToTheTrash()
 {
-    links::linkFile(*m_config, tile().id, make(QStringLiteral("a.txt")));
-    const TileMenuItem link = tile().tileMenuItems.constFirst();
-    links::recycleAliasFile(*m_config, link);
-    QTRY_COMPARE(trashed(), QStringList{link.itemString.section(QLatin1Char('/'), -1)});
-    QVERIFY(!QFile::exists(link.itemString));
-    QVERIFY(QFile::exists(at(QStringLiteral("a.txt"))));
-}
-
-void TestTileAlias::nothingElseGoesToTheTrash_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::newRow("the user's folder") << QStringLiteral("pictures/");
-    QTest::newRow("the user's file") << QStringLiteral("letter.txt");
-    QTest::newRow("a file beside the tile folders") << QStringLiteral("Documents/pondWicket ƒ/Tiles/x");
-    QTest::newRow("the notes") << QStringLiteral("TILE/Notes.txt");
-    QTest::newRow("a folder in a tile folder") << QStringLiteral("TILE/things/");
-    QTest::newRow("the tile folder") << QStringLiteral("TILE/");
-    QTest::newRow("out of the tile folder again") << QStringLiteral("TILE/../../../../letter.txt");
-    QTest::newRow("broken alias") << QStringLiteral("TILE/broken");
+    const QByteArray target = make(u"a.txt"_qs);
+    links::linkFile(*m_config, tile().id, target);
+    links::linkFile(*m_config, tile().id, target);
+    const QString alias = tile().tileMenuItems.at(0).itemString;
+    links::recycleAliasFile(*m_config, tile().tileMenuItems.at(0));
+    QTRY_COMPARE(trashed(), QStringList{alias.section(u'/', -1)});
+    QVERIFY(!QFile::exists(alias));
+    QVERIFY(QFile::exists(tile().tileMenuItems.at(1).itemString));
+    QVERIFY(QFile::exists(at(u"a.txt"_qs)));
 }
 
 void TestTileAlias::nothingElseGoesToTheTrash()
 {
-    QFETCH(QString, path);
-    path.replace(QLatin1String("TILE"), QDir(m_root.path()).relativeFilePath(model::tileFolderPath(tile())));
-    make(path);
-    make(QStringLiteral("letter.txt"));
-    if (path.endsWith(QLatin1String("broken"))) {
-        QFile file(at(path));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("pondWicket alias 1\npath: /no/such/file\n");
+    const QString folder = QDir(m_root.path()).relativeFilePath(model::tileFolderPath(tile()));
+    const QStringList paths = {u"pictures/"_qs,
+                               u"letter.txt"_qs,
+                               u"Documents/pondWicket ƒ/Tiles/x"_qs,
+                               folder + u"/Notes.txt"_qs,
+                               folder + u"/things/"_qs,
+                               folder + u'/',
+                               folder + u"/../../../../letter.txt"_qs,
+                               folder + u"/broken"_qs};
+    for (const QString &path : paths)
+        make(path);
+    QFile broken(at(paths.constLast()));
+    QVERIFY(broken.open(QIODevice::WriteOnly));
+    broken.write("pondWicket alias 1\npath: /no/such/file\n");
+    broken.close();
+    links::linkFile(*m_config, tile().id, QFile::encodeName(at(u"letter.txt"_qs)));
+    for (const QString &path : paths) {
+        TileMenuItem link;
+        link.itemString = at(path);
+        links::recycleAliasFile(*m_config, link);
     }
-    // A second link tells when moves come through.
-    links::linkFile(*m_config, tile().id, QFile::encodeName(at(QStringLiteral("letter.txt"))));
-    StdoutCapture output;
-    links::recycleAliasFile(*m_config, linkTo(at(path)));
+    // The one that may go tells when moves come through.
     links::recycleAliasFile(*m_config, tile().tileMenuItems.constLast());
     QTRY_COMPARE(trashed().size(), 1);
-    QVERIFY(QFile::exists(at(path)));
+    for (const QString &path : paths)
+        QVERIFY2(QFile::exists(at(path)), qPrintable(path));
 }
 
 QTEST_MAIN(TestTileAlias)
