@@ -27,9 +27,7 @@ private Q_SLOTS:
     void opens_data();
     void opens();
     void runsNoScriptBehindAnAlias();
-    void startsOnlyTrustedEntries_data();
     void startsOnlyTrustedEntries();
-    void startsApplicationsByTheirProgram_data();
     void startsApplicationsByTheirProgram();
     void movesToTheTrashBeforeTheEnd();
     void tellsWhyNothingWentToTheTrash();
@@ -41,7 +39,7 @@ void TestWorkspace::opens_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<int>("mode");
     QTest::addColumn<QString>("handler"); // of the content type; empty: nobody opens it
-
+    QTest::newRow("folder") << u"/"_qs << QByteArray() << 0755 << u"folder"_qs;
     QTest::newRow("text") << u"a b%ƒ.txt"_qs << QByteArray("hello") << 0644 << u"text"_qs;
     QTest::newRow("picture") << u"a.png"_qs << QByteArray("\x89PNG\r\n\x1a\n") << 0644 << u"image"_qs;
     QTest::newRow("type without a program") << u"a.pdf"_qs << QByteArray("%PDF-1.4") << 0644 << QString();
@@ -63,7 +61,8 @@ void TestWorkspace::opens()
     desktop.addHandler(u"text"_qs, {u"text/plain"_qs}, u"%f"_qs);
     desktop.addHandler(u"image"_qs, {u"image/png"_qs}, u"%f"_qs);
     desktop.addHandler(u"folder"_qs, {u"inode/directory"_qs}, u"%f"_qs);
-    const QString path = desktop.write(u"home/"_qs + name, content);
+    const QString path =
+        name.endsWith(u'/') ? desktop.path(u"home"_qs) : desktop.write(u"home/"_qs + name, content);
     QCOMPARE(::chmod(QFile::encodeName(path).constData(), mode_t(mode)), 0);
     const auto outcome = desktop.run({openArgument}, path.toUtf8());
     QCOMPARE(outcome.exitCode, 0);
@@ -72,10 +71,6 @@ void TestWorkspace::opens()
     QCOMPARE(outcome.launches.size(), handler.isEmpty() ? 0 : 1);
     if (!handler.isEmpty())
         QCOMPARE(outcome.launches.first().arguments, (QStringList{handler, path}));
-
-    const auto folder = desktop.run({openArgument}, desktop.path(u"home"_qs).toUtf8());
-    QCOMPARE(folder.launches.size(), 1);
-    QCOMPARE(folder.launches.first().arguments, (QStringList{u"folder"_qs, desktop.path(u"home"_qs)}));
 }
 
 void TestWorkspace::runsNoScriptBehindAnAlias()
@@ -92,78 +87,67 @@ void TestWorkspace::runsNoScriptBehindAnAlias()
     QCOMPARE(outcome.launches.first().arguments, (QStringList{u"editor"_qs, script}));
 }
 
-void TestWorkspace::startsOnlyTrustedEntries_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<QString>("linkedTo"); // what `name` is then a symbolic link to
-    QTest::addColumn<bool>("starts");
-
-    const auto row = [](const char *title, const char *name, int mode, bool starts,
-                        const char *linkedTo = "") {
-        QTest::newRow(title) << QString::fromLatin1(name) << mode << QString::fromLatin1(linkedTo) << starts;
-    };
-    row("installed", "data/applications/a.desktop", 0644, true);
-    row("installed for all users, deeper", "shared/applications/x/a.desktop", 0644, true);
-    row("link in an applications folder", "data/applications/a.desktop", 0644, true, "home/store/a.desktop");
-    row("link to an installed one", "home/a.desktop", 0644, true, "data/applications/a.desktop");
-    row("downloaded", "home/a.desktop", 0644, false);
-    row("marked as a program", "home/a.desktop", 0755, true);
-    row("others may write it", "home/a.desktop", 0757, false);
-    row("the group may write it", "home/a.desktop", 0775, false);
-    row("only others may execute it", "home/a.desktop", 0655, false);
-    row("folder that only looks like it", "data/applications-2/a.desktop", 0644, false);
-    row("dots out of the folder", "data/applications/../a.desktop", 0644, false);
-}
-
 void TestWorkspace::startsOnlyTrustedEntries()
 {
-    QFETCH(QString, name);
-    QFETCH(int, mode);
-    QFETCH(QString, linkedTo);
-    QFETCH(bool, starts);
-    PrivateDesktop desktop;
-    desktop.addHandler(u"editor"_qs, {u"text/plain"_qs}, u"%f"_qs);
-    desktop.addHandler(u"runner"_qs, {u"application/x-desktop"_qs}, u"%f"_qs);
-    const QString file =
-        desktop.write(linkedTo.isEmpty() ? name : linkedTo, PrivateDesktop::desktopEntry(u"own"_qs));
-    QCOMPARE(::chmod(QFile::encodeName(file).constData(), mode_t(mode)), 0);
-    const QString path = desktop.path(name);
-    if (!linkedTo.isEmpty())
-        QVERIFY(QFile::link(file, path));
-    const auto outcome = desktop.run({openArgument}, path.toUtf8());
-    QCOMPARE(outcome.launches.size(), 1);
-    const QStringList &arguments = outcome.launches.first().arguments;
-    QCOMPARE(arguments.first(), starts ? u"own"_qs : u"editor"_qs);
-}
-
-void TestWorkspace::startsApplicationsByTheirProgram_data()
-{
-    QTest::addColumn<QString>("opened");
-    QTest::addColumn<QString>("program"); // a link to the recorder
-    QTest::addColumn<bool>("starts");
-
-    QTest::newRow("folder with AppRun") << u"home/Some Thing"_qs << u"home/Some Thing/AppRun"_qs << true;
-    QTest::newRow("bundle with AppRun") << u"home/Thing.app"_qs << u"home/Thing.app/AppRun"_qs << true;
-    QTest::newRow("bundle with its program") << u"home/Thing.app"_qs << u"home/Thing.app/Thing"_qs << true;
-    QTest::newRow("bundle without a program") << u"home/Thing.app"_qs << u"home/Thing.app/other"_qs << false;
-    QTest::newRow("ordinary folder") << u"home/Thing.d"_qs << u"home/Thing.d/Thing"_qs << false;
+    const struct
+    {
+        const char *name;
+        mode_t mode;
+        bool starts;
+        const char *linkedTo = ""; // what `name` is then a symbolic link to
+    } rows[] = {
+        {"data/applications/a.desktop", 0644, true},
+        {"shared/applications/x/a.desktop", 0644, true},
+        {"data/applications/a.desktop", 0644, true, "home/store/a.desktop"},
+        {"home/a.desktop", 0644, true, "data/applications/a.desktop"},
+        {"home/a.desktop", 0644, false},
+        {"home/a.desktop", 0755, true},
+        {"home/a.desktop", 0757, false},
+        {"home/a.desktop", 0775, false},
+        {"home/a.desktop", 0655, false},
+        {"data/applications-2/a.desktop", 0644, false},
+        {"data/applications/../a.desktop", 0644, false},
+    };
+    for (const auto &[name, mode, starts, linkedTo] : rows) {
+        PrivateDesktop desktop;
+        desktop.addHandler(u"editor"_qs, {u"text/plain"_qs}, u"%f"_qs);
+        desktop.addHandler(u"runner"_qs, {u"application/x-desktop"_qs}, u"%f"_qs);
+        const QString file = desktop.write(QString::fromLatin1(*linkedTo ? linkedTo : name),
+                                           PrivateDesktop::desktopEntry(u"own"_qs));
+        QCOMPARE(::chmod(QFile::encodeName(file).constData(), mode), 0);
+        const QString path = desktop.path(QString::fromLatin1(name));
+        if (*linkedTo)
+            QVERIFY2(QFile::link(file, path), name);
+        const auto launches = desktop.run({openArgument}, path.toUtf8()).launches;
+        const QByteArray what = QByteArray(name) + ' ' + QByteArray::number(mode, 8) + ' ' + linkedTo;
+        QVERIFY2(launches.size() == 1, what.constData());
+        QVERIFY2(launches.first().arguments.first() == (starts ? u"own" : u"editor"), what.constData());
+    }
 }
 
 void TestWorkspace::startsApplicationsByTheirProgram()
 {
-    QFETCH(QString, opened);
-    QFETCH(QString, program);
-    QFETCH(bool, starts);
-    PrivateDesktop desktop;
-    desktop.addHandler(u"folder"_qs, {u"inode/directory"_qs}, u"%f"_qs);
-    const QString path = desktop.path(program);
-    QDir().mkpath(QFileInfo(path).path());
-    QVERIFY(QFile::link(desktop.addProgram(u"recorder"_qs), path));
-    const auto outcome = desktop.run({openArgument}, desktop.path(opened).toUtf8());
-    QCOMPARE(outcome.launches.size(), 1);
-    QCOMPARE(outcome.launches.first().program, starts ? QFileInfo(path).fileName() : u"recorder"_qs);
-    QCOMPARE(outcome.launches.first().folder, desktop.path(u"home"_qs));
+    const struct
+    {
+        QString opened, program; // the program is a link to the recorder
+        bool starts;
+    } rows[] = {{u"home/Some Thing"_qs, u"AppRun"_qs, true},
+                {u"home/Thing.app"_qs, u"AppRun"_qs, true},
+                {u"home/Thing.app"_qs, u"Thing"_qs, true},
+                {u"home/Thing.app"_qs, u"other"_qs, false},
+                {u"home/Thing.d"_qs, u"Thing"_qs, false}};
+    for (const auto &[opened, program, starts] : rows) {
+        PrivateDesktop desktop;
+        desktop.addHandler(u"folder"_qs, {u"inode/directory"_qs}, u"%f"_qs);
+        const QString path = desktop.path(opened);
+        QVERIFY(QDir().mkpath(path));
+        QVERIFY(QFile::link(desktop.addProgram(u"recorder"_qs), path + u'/' + program));
+        const auto launches = desktop.run({openArgument}, path.toUtf8()).launches;
+        const QByteArray what = (opened + u'/' + program).toUtf8();
+        QVERIFY2(launches.size() == 1, what.constData());
+        QVERIFY2(launches.first().program == (starts ? program : u"recorder"_qs), what.constData());
+        QCOMPARE(launches.first().folder, desktop.path(u"home"_qs));
+    }
 }
 
 void TestWorkspace::movesToTheTrashBeforeTheEnd()
