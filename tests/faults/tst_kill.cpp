@@ -18,20 +18,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace {
-
-/// How many writes have ended, told by the process that writes to the one that kills it.
-using Counter = std::atomic<int>;
-
-Counter &sharedCounter()
-{
-    void *memory =
-        ::mmap(nullptr, sizeof(Counter), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    return *new (memory) Counter(0);
-}
-
-} // namespace
-
 class TestKill : public QObject
 {
     Q_OBJECT
@@ -50,17 +36,19 @@ void TestKill::killOften(const std::function<void(int next)> &write,
                          const std::function<bool(int whole)> &check)
 {
     const int rounds = qEnvironmentVariableIsSet("PW_KILLS") ? qEnvironmentVariableIntValue("PW_KILLS") : 100;
-    Counter &whole = sharedCounter();
+    // How many writes have ended, told by the process that writes to the one that kills it.
+    using Counter = std::atomic<int>;
+    Counter &whole =
+        *new (::mmap(nullptr, sizeof(Counter), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))
+            Counter(0);
     write(0);
     std::mt19937 random(20240229);
     for (int round = 0; round < rounds; ++round) {
         const int start = whole;
         const pid_t writer = ::fork();
         if (writer == 0) {
-            while (true) {
+            for (;; ++whole)
                 write(whole + 1);
-                ++whole;
-            }
         }
         // The moment counts from a whole write, or half of the kills would meet the start of the process.
         while (whole == start) { }
