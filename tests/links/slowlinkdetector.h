@@ -78,9 +78,9 @@ private:
                                [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 32) : c; });
         return text;
     }
-    static bool oneOf(const std::string &text, const std::vector<std::string> &words)
+    static bool oneOf(const std::string &text, const std::string &words)
     {
-        return std::ranges::find(words, lower(text)) != words.end();
+        return (' ' + words + ' ').find(' ' + lower(text) + ' ') != words.npos;
     }
     char before(std::size_t i) const { return i > 0 ? at(i - 1) : '\0'; }
 
@@ -265,10 +265,10 @@ private:
             }
         }
         const std::string name = slice(begin, colon);
-        if (name.empty() || oneOf(name, {"javascript", "data", "vbscript"}))
+        if (name.empty() || oneOf(name, "javascript data vbscript"))
             return;
         std::size_t end;
-        if (oneOf(name, {"https", "http", "ftp", "ftps", "ws", "wss"})) {
+        if (oneOf(name, "https http ftp ftps ws wss")) {
             end = authority(colon + 3);
             if (end == colon + 3)
                 return;
@@ -304,7 +304,7 @@ private:
         if (!host.valid || (host.labels.size() > 1 && host.labels.back().find('_') != std::string::npos))
             return from;
         if (host.labels.size() == 1 && startsAt(host.end, {"://"})
-            && oneOf(host.labels[0], {"https", "http", "ftp", "ftps", "ws", "wss"}))
+            && oneOf(host.labels[0], "https http ftp ftps ws wss"))
             return from;
         std::size_t end = host.end;
         if (at(end) == '.' && (at(end + 1) == '/' || port(end + 1, &number) > end + 1))
@@ -385,24 +385,18 @@ private:
             if (last != lower(last) && std::ranges::any_of(last, [](char c) { return c >= 'a' && c <= 'z'; }))
                 return;
             if (first != "www") {
-                if (oneOf(first, {"this", "self", "window", "document"}))
+                if (oneOf(first, "this self window document"))
                     return;
-                if (host.labels.size() > 2 && oneOf(first, {"com", "org", "net", "edu", "gov", "io"}))
+                if (host.labels.size() > 2 && oneOf(first, "com org net edu gov io"))
                     return;
                 if (at(host.end) != '/'
-                    && oneOf(last, {"am",         "as",     "audio", "bar",   "black", "blue",     "box",
-                                    "bz",         "cab",    "call",  "cat",   "cc",    "channel",  "click",
-                                    "data",       "date",   "day",   "do",    "dot",   "download", "email",
-                                    "events",     "fail",   "final", "foo",   "green", "group",    "host",
-                                    "how",        "id",     "inc",   "int",   "java",  "la",       "link",
-                                    "map",        "md",     "mk",    "ml",    "mm",    "mo",       "mov",
-                                    "name",       "new",    "next",  "now",   "off",   "open",     "page",
-                                    "phone",      "pink",   "pl",    "place", "pm",    "post",     "pro",
-                                    "properties", "ps",     "pub",   "py",    "read",  "red",      "report",
-                                    "rs",         "run",    "sas",   "save",  "sc",    "search",   "select",
-                                    "services",   "sh",     "show",  "so",    "st",    "stream",   "style",
-                                    "tab",        "target", "tf",    "top",   "total", "vi",       "video",
-                                    "watch",      "zip"}))
+                    && oneOf(last,
+                             "am as audio bar black blue box bz cab call cat cc channel click data date "
+                             "day do dot download email events fail final foo green group host how id "
+                             "inc int java la link map md mk ml mm mo mov name new next now off open "
+                             "page phone pink pl place pm post pro properties ps pub py read red report "
+                             "rs run sas save sc search select services sh show so st stream style tab "
+                             "target tf top total vi video watch zip"))
                     return;
             }
         }
@@ -414,7 +408,7 @@ private:
             std::size_t word = begin - 1;
             while (word > m_floor && alnum(before(word)) && begin - word < 32)
                 --word;
-            if (at(begin - 2) == ':' || oneOf(slice(word, begin - 1), {"javascript", "data", "vbscript"}))
+            if (at(begin - 2) == ':' || oneOf(slice(word, begin - 1), "javascript data vbscript"))
                 return;
         }
         const std::size_t from = path ? begin - 2 : begin;
