@@ -23,22 +23,18 @@ class ThemeStoreTest : public QObject
 private Q_SLOTS:
     void init();
     void installationWritesEveryTheme();
-    void installedPicturesAreTheDrawings_data();
     void installedPicturesAreTheDrawings();
     void nothingIsInstalledBesideWhatStands();
     void unknownThemeEndsTheInstallation();
     void installationGoesOnAfterFailures();
-    void elementsFallBack_data();
     void elementsFallBack();
-    void elementsComeFromTheCurrentTheme();
     void fallbackSymbolsShowOnTheTile();
     void iconNamesAreThoseOfPngFiles();
-    void iconsOfAMissingThemeAreReported();
     void iconImages();
     void applicationIcon();
 
 private:
-    QString themes() const { return m_documents->filePath(QStringLiteral("pondWicket ƒ/Themes")); }
+    QString themes() const { return m_documents->filePath(u"pondWicket ƒ/Themes"_qs); }
     QString file(const QString &name) const { return themes() + QLatin1Char('/') + name; }
     void put(const QString &name, const QByteArray &bytes = "x")
     {
@@ -51,6 +47,11 @@ private:
 };
 
 namespace {
+
+QByteArray svg(int width)
+{
+    return "<svg xmlns='http://www.w3.org/2000/svg' height='9' width='" + QByteArray::number(width) + "'/>";
+}
 
 QStringList filesIn(const QString &folder)
 {
@@ -75,39 +76,28 @@ void ThemeStoreTest::init()
 void ThemeStoreTest::installationWritesEveryTheme()
 {
     QCOMPARE(reportsOf([this] { installBuiltInThemes(*m_config); }), QStringList());
-    const QHash<QString, int> iconCounts = {{QStringLiteral("1984"), 6}, {QStringLiteral("1988"), 5},
-                                            {QStringLiteral("1995"), 9}, {QStringLiteral("1996"), 22},
-                                            {QStringLiteral("2000"), 9}, {QStringLiteral("2010"), 15},
-                                            {QStringLiteral("2024"), 24}};
-    QCOMPARE(filesIn(themes()).size(), iconCounts.size());
+    QCOMPARE(filesIn(themes()), m_config->availableThemes());
     for (const QString &theme : filesIn(themes())) {
-        QCOMPARE(filesIn(file(theme)), QStringList({QStringLiteral("Chrome"), QStringLiteral("Icons")}));
+        QCOMPARE(filesIn(file(theme)), QStringList({u"Chrome"_qs, u"Icons"_qs}));
         QCOMPARE(filesIn(chromeFolderURL(*m_config, theme)).size(), 11);
-        QCOMPARE(filesIn(iconsFolderURL(*m_config, theme)).size(), iconCounts.value(theme));
+        QCOMPARE(filesIn(iconsFolderURL(*m_config, theme)).size(), builtInIconNames(theme).size());
     }
-    const auto bytes = platform::readWholeFile(file(QStringLiteral("2010/Icons/folder-violet.png")), nullptr);
+    const auto bytes = platform::readWholeFile(file(u"2010/Icons/folder-violet.png"_qs), nullptr);
     QVERIFY(bytes && bytes->startsWith(QByteArrayView("II*\0", 4)));
-}
-
-void ThemeStoreTest::installedPicturesAreTheDrawings_data()
-{
-    QTest::addColumn<QString>("theme");
-    for (const QString &theme : SettingsData().availableThemes)
-        QTest::addRow("%s", qPrintable(theme)) << theme;
 }
 
 void ThemeStoreTest::installedPicturesAreTheDrawings()
 {
-    QFETCH(QString, theme);
-    m_config->setAvailableThemes({theme});
-    m_config->setCurrentTheme(theme);
     installBuiltInThemes(*m_config);
-    for (const QString &name : builtInIconNames(theme))
-        QCOMPARE(iconImage(*m_config, name, 2), drawBuiltInImage(theme + u'-' + name, 2));
-    QCOMPARE(tileImage(*m_config, 2), drawBuiltInImage(theme + QStringLiteral("-tile"), 2));
-    QCOMPARE(homeImage(*m_config, 2), drawBuiltInImage(theme + QStringLiteral("-home"), 2));
-    QCOMPARE(tabLeadingImage(*m_config, 1).deviceIndependentSize(), QSizeF(14, 44));
-    QCOMPARE(tabLeadingImage(*m_config, 1).size(), QSize(14, 44));
+    for (const QString &theme : m_config->availableThemes()) {
+        m_config->setCurrentTheme(theme);
+        for (const QString &name : builtInIconNames(theme))
+            QVERIFY2(iconImage(*m_config, name, 2) == drawBuiltInImage(theme + u'-' + name, 2),
+                     qPrintable(name));
+        QCOMPARE(tileImage(*m_config, 2), drawBuiltInImage(theme + u"-tile"_qs, 2));
+        QCOMPARE(homeImage(*m_config, 2), drawBuiltInImage(theme + u"-home"_qs, 2));
+        QCOMPARE(tabLeadingImage(*m_config, 1).size(), QSize(14, 44));
+    }
 }
 
 void ThemeStoreTest::nothingIsInstalledBesideWhatStands()
@@ -117,19 +107,18 @@ void ThemeStoreTest::nothingIsInstalledBesideWhatStands()
     QCOMPARE(filesIn(themes()), QStringList());
     // A theme listed twice is written once.
     QVERIFY(QDir().rmdir(themes()));
-    m_config->setAvailableThemes({QStringLiteral("1988"), QStringLiteral("1988")});
+    m_config->setAvailableThemes({u"1988"_qs, u"1988"_qs});
     QCOMPARE(reportsOf([this] { installBuiltInThemes(*m_config); }), QStringList());
-    QCOMPARE(filesIn(themes()), QStringList(QStringLiteral("1988")));
+    QCOMPARE(filesIn(themes()), QStringList(u"1988"_qs));
 }
 
 void ThemeStoreTest::unknownThemeEndsTheInstallation()
 {
-    m_config->setAvailableThemes({QStringLiteral("1988"), QStringLiteral("mine"), QStringLiteral("2024")});
-    QCOMPARE(reportsOf([this] { installBuiltInThemes(*m_config); }),
-             QStringList(QStringLiteral("Image not found.")));
-    QCOMPARE(filesIn(themes()), QStringList({QStringLiteral("1988"), QStringLiteral("mine")}));
-    QCOMPARE(filesIn(file(QStringLiteral("mine"))), QStringList(QStringLiteral("Chrome")));
-    QCOMPARE(filesIn(file(QStringLiteral("mine/Chrome"))), QStringList());
+    m_config->setAvailableThemes({u"1988"_qs, u"mine"_qs, u"2024"_qs});
+    QCOMPARE(reportsOf([this] { installBuiltInThemes(*m_config); }), QStringList(u"Image not found."_qs));
+    QCOMPARE(filesIn(themes()), QStringList({u"1988"_qs, u"mine"_qs}));
+    QCOMPARE(filesIn(file(u"mine"_qs)), QStringList(u"Chrome"_qs));
+    QCOMPARE(filesIn(file(u"mine/Chrome"_qs)), QStringList());
 }
 
 void ThemeStoreTest::installationGoesOnAfterFailures()
@@ -137,78 +126,64 @@ void ThemeStoreTest::installationGoesOnAfterFailures()
     // A dangling link does not exist, and no folder can be made in its place.
     const QString trap = themes();
     QVERIFY(QDir().mkpath(QFileInfo(trap).path()));
-    QVERIFY(QFile::link(QStringLiteral("nowhere/at all"), trap));
+    QVERIFY(QFile::link(u"nowhere/at all"_qs, trap));
     QStringList lines = reportsOf([this] { installBuiltInThemes(*m_config); });
     QCOMPARE(lines.size(), 1);
     QVERIFY2(!lines.first().contains(u'(') && lines.first().contains(u"Themes"), qPrintable(lines.first()));
 
     // A name too long for a folder is reported, the next theme is written.
     QVERIFY(QFile::remove(trap));
-    m_config->setAvailableThemes({QString(300, u'x'), QStringLiteral("1988")});
+    m_config->setAvailableThemes({QString(300, u'x'), u"1988"_qs});
     lines = reportsOf([this] { installBuiltInThemes(*m_config); });
     QCOMPARE(lines.size(), 1);
-    QCOMPARE(filesIn(themes()), QStringList(QStringLiteral("1988")));
-}
-
-void ThemeStoreTest::elementsFallBack_data()
-{
-    using Accessor = QImage (*)(const Config &, qreal);
-    QTest::addColumn<Accessor>("image");
-    QTest::addColumn<QString>("builtIn");
-    QTest::newRow("tab-leading") << &tabLeadingImage << QStringLiteral("2024-tab-leading");
-    QTest::newRow("tab-trailing") << &tabTrailingImage << QStringLiteral("2024-tab-trailing");
-    QTest::newRow("tile") << &tileImage << QStringLiteral("2024-tile");
-    QTest::newRow("tab-leading-vertical")
-        << &tabLeadingVerticalImage << QStringLiteral("2024-tab-leading-vertical");
-    QTest::newRow("tab-trailing-vertical")
-        << &tabTrailingVerticalImage << QStringLiteral("2024-tab-trailing-vertical");
-    QTest::newRow("tile-vertical") << &tileVerticalImage << QStringLiteral("2024-tile-vertical");
-    QTest::newRow("close") << &closeImage << QStringLiteral("2024-close");
-    QTest::newRow("minimize") << &minimizeImage << QStringLiteral("2024-minimize");
-    QTest::newRow("calendar") << &calendarImage << QStringLiteral("calendar");
-    QTest::newRow("home") << &homeImage << QStringLiteral("switch.2");
+    QCOMPARE(filesIn(themes()), QStringList(u"1988"_qs));
 }
 
 void ThemeStoreTest::elementsFallBack()
 {
-    using Accessor = QImage (*)(const Config &, qreal);
-    QFETCH(Accessor, image);
-    QFETCH(QString, builtIn);
-    m_config->setCurrentTheme(QStringLiteral("mine"));
-    const QImage fallback =
-        symbolNames().contains(builtIn) ? fallbackSymbol(*m_config, builtIn, 2) : builtInImage(builtIn, 2);
-    QVERIFY(!fallback.isNull());
-    QCOMPARE(image(*m_config, 2), fallback);
-    // The theme's own file, and a damaged one.
-    const QString name = QStringLiteral("mine/Chrome/%1.png").arg(QLatin1String(QTest::currentDataTag()));
-    put(name, "<svg xmlns='http://www.w3.org/2000/svg' width='7' height='9'/>");
-    QCOMPARE(image(*m_config, 2).deviceIndependentSize(), QSizeF(7, 9));
-    put(name, "no picture");
-    QCOMPARE(image(*m_config, 2), fallback);
-}
-
-void ThemeStoreTest::elementsComeFromTheCurrentTheme()
-{
-    put(QStringLiteral("a/Chrome/tile.png"),
-        "<svg xmlns='http://www.w3.org/2000/svg' width='1' height='9'/>");
-    put(QStringLiteral("b/Chrome/tile.png"),
-        "<svg xmlns='http://www.w3.org/2000/svg' width='2' height='9'/>");
-    for (const auto &[theme, width] : {std::pair(u"a", 1), std::pair(u"b", 2), std::pair(u"a", 1)}) {
-        m_config->setCurrentTheme(QString::fromUtf16(theme));
-        QCOMPARE(tileImage(*m_config, 1).width(), width);
+    const std::tuple<QImage (*)(const Config &, qreal), const char16_t *, const char16_t *> elements[] = {
+        {&tabLeadingImage, u"tab-leading", u"2024-tab-leading"},
+        {&tabTrailingImage, u"tab-trailing", u"2024-tab-trailing"},
+        {&tileImage, u"tile", u"2024-tile"},
+        {&tabLeadingVerticalImage, u"tab-leading-vertical", u"2024-tab-leading-vertical"},
+        {&tabTrailingVerticalImage, u"tab-trailing-vertical", u"2024-tab-trailing-vertical"},
+        {&tileVerticalImage, u"tile-vertical", u"2024-tile-vertical"},
+        {&closeImage, u"close", u"2024-close"},
+        {&minimizeImage, u"minimize", u"2024-minimize"},
+        {&calendarImage, u"calendar", u"calendar"},
+        {&homeImage, u"home", u"switch.2"}};
+    for (const auto &[image, element, name] : elements) {
+        m_config->setCurrentTheme(u"mine"_qs);
+        const QString builtIn = QString::fromUtf16(name);
+        const QImage fallback = symbolNames().contains(builtIn) ? fallbackSymbol(*m_config, builtIn, 2)
+                                                                : builtInImage(builtIn, 2);
+        QVERIFY(!fallback.isNull());
+        QVERIFY2(image(*m_config, 2) == fallback, qPrintable(builtIn));
+        // The theme's own file, another theme's, and a damaged one.
+        const QString path = u"mine/Chrome/%1.png"_qs.arg(QString::fromUtf16(element));
+        put(path, svg(7));
+        QVERIFY2(image(*m_config, 2).deviceIndependentSize() == QSizeF(7, 9), qPrintable(builtIn));
+        put(u"other"_qs + path.mid(4), svg(8));
+        m_config->setCurrentTheme(u"other"_qs);
+        QCOMPARE(image(*m_config, 1).width(), 8);
+        m_config->setCurrentTheme(u"mine"_qs);
+        QCOMPARE(image(*m_config, 1).width(), 7);
+        put(path, "no picture");
+        QVERIFY2(image(*m_config, 2) == fallback, qPrintable(builtIn));
+        QVERIFY(QFile::remove(file(path)));
     }
 }
 
 // The question mark was grey on every tile, and hardly to be seen on a grey one.
 void ThemeStoreTest::fallbackSymbolsShowOnTheTile()
 {
-    m_config->setCurrentTheme(QStringLiteral("mine"));
+    m_config->setCurrentTheme(u"mine"_qs);
     for (const int lightness : {0x10, 0x70, 0xb0, 0xf0}) {
         const QColor tile(lightness, lightness, lightness);
-        put(QStringLiteral("mine/Chrome/tile.png"),
+        put(u"mine/Chrome/tile.png"_qs,
             "<svg xmlns='http://www.w3.org/2000/svg' width='44' height='44'><path d='M0 0h44v44h-44z' fill='"
                 + tile.name().toLatin1() + "'/></svg>");
-        const QImage symbol = iconImage(*m_config, QStringLiteral("gone"), 2);
+        const QImage symbol = iconImage(*m_config, u"gone"_qs, 2);
         int strongest = 0;
         for (int y = 0; y < symbol.height(); ++y) {
             for (int x = 0; x < symbol.width(); ++x) {
@@ -222,59 +197,48 @@ void ThemeStoreTest::fallbackSymbolsShowOnTheTile()
 
 void ThemeStoreTest::iconNamesAreThoseOfPngFiles()
 {
-    m_config->setCurrentTheme(QStringLiteral("mine"));
-    for (const char16_t *name : {u"a.png", u"B.png", u"c.PNG", u".hidden", u"notes.txt", u".png", u"d.png.",
-                                 u"png", u".e.png", u"f.g.png", u"ƒ.png", u"h .png", u"i. png"})
-        put(QStringLiteral("mine/Icons/") + QString::fromUtf16(name));
-    QVERIFY(QDir().mkpath(file(QStringLiteral("mine/Icons/folder.png"))));
-    QVERIFY(QFile::link(QStringLiteral("nowhere"), file(QStringLiteral("mine/Icons/broken.png"))));
-    QStringList names = currentThemeIconNames(*m_config);
-    names.sort();
-    QCOMPARE(names,
-             QStringList({QStringLiteral(".e"), QStringLiteral("B"), QStringLiteral("a"),
-                          QStringLiteral("broken"), QStringLiteral("f.g"), QStringLiteral("folder"),
-                          QStringLiteral("h "), QStringLiteral("ƒ")}));
-}
-
-void ThemeStoreTest::iconsOfAMissingThemeAreReported()
-{
-    QStringList names(QStringLiteral("not asked yet"));
+    m_config->setCurrentTheme(u"mine"_qs);
+    QStringList names(u"not asked yet"_qs);
     const QStringList lines = reportsOf([&] { names = currentThemeIconNames(*m_config); });
     QCOMPARE(names, QStringList());
-    QCOMPARE(lines.size(), 1);
-    QVERIFY2(lines.first().contains(file(QStringLiteral("2024/Icons"))), qPrintable(lines.first()));
+    QVERIFY(lines.size() == 1 && lines.first().contains(file(u"mine/Icons"_qs)));
+
+    for (const char16_t *name : {u"a.png", u"B.png", u"c.PNG", u".hidden", u"notes.txt", u".png", u"d.png.",
+                                 u"png", u".e.png", u"f.g.png", u"ƒ.png", u"h .png"})
+        put(u"mine/Icons/"_qs + QString::fromUtf16(name));
+    QVERIFY(QDir().mkpath(file(u"mine/Icons/folder.png"_qs)));
+    QVERIFY(QFile::link(u"nowhere"_qs, file(u"mine/Icons/broken.png"_qs)));
+    names = currentThemeIconNames(*m_config);
+    names.sort();
+    QCOMPARE(names.join(u'|'), u".e|B|a|broken|f.g|folder|h |ƒ"_qs);
 }
 
 void ThemeStoreTest::iconImages()
 {
-    m_config->setCurrentTheme(QStringLiteral("mine"));
-    const auto svg = [](int width) {
-        return "<svg xmlns='http://www.w3.org/2000/svg' height='9' width='" + QByteArray::number(width)
-            + "'/>";
-    };
-    put(QStringLiteral("mine/Chrome/default.png"), svg(1));
-    put(QStringLiteral("mine/Icons/default.png"), svg(2));
-    put(QStringLiteral("mine/Icons/Default.png"), svg(3));
-    QCOMPARE(iconImage(*m_config, QStringLiteral("default"), 1).width(), 1);
-    QCOMPARE(iconImage(*m_config, QStringLiteral("Default"), 1).width(), 3);
+    m_config->setCurrentTheme(u"mine"_qs);
+    put(u"mine/Chrome/default.png"_qs, svg(1));
+    put(u"mine/Icons/default.png"_qs, svg(2));
+    put(u"mine/Icons/Default.png"_qs, svg(3));
+    QCOMPARE(iconImage(*m_config, u"default"_qs, 1).width(), 1);
+    QCOMPARE(iconImage(*m_config, u"Default"_qs, 1).width(), 3);
     QCOMPARE(reportsOf([this] {
-                 QCOMPARE(iconImage(*m_config, QStringLiteral("gone")),
-                          fallbackSymbol(*m_config, QStringLiteral("questionmark.square")));
+                 QCOMPARE(iconImage(*m_config, u"gone"_qs),
+                          fallbackSymbol(*m_config, u"questionmark.square"_qs));
              }),
              QStringList());
 }
 
 void ThemeStoreTest::applicationIcon()
 {
-    m_config->setAppIcon(QStringLiteral("2000"));
+    m_config->setAppIcon(u"2000"_qs);
     QCOMPARE(reportsOf([this] { applyAppIcon(*m_config); }), QStringList());
     const QImage set = QGuiApplication::windowIcon().pixmap(64).toImage();
-    const QString preview = QStringLiteral("2000-preview");
+    const QString preview = u"2000-preview"_qs;
     QCOMPARE(set.convertToFormat(QImage::Format_ARGB32_Premultiplied), builtInImage(preview, 1));
     for (const char16_t *name : {u"2001", u"default", u"", u"../appicons/Default", u"Default.png"}) {
         m_config->setAppIcon(QString::fromUtf16(name));
         QCOMPARE(reportsOf([this] { applyAppIcon(*m_config); }),
-                 QStringList(QStringLiteral("Failed to load icon: ") + m_config->appIcon()));
+                 QStringList(u"Failed to load icon: "_qs + m_config->appIcon()));
         QCOMPARE(QGuiApplication::windowIcon().pixmap(64).toImage(), set);
     }
 }
