@@ -62,13 +62,9 @@ private Q_SLOTS:
     void anyTextSurvivesARoundTrip();
     void handMadeFileLoads();
     void emptyListsAreValid();
-    void everyMemberIsRequiredWithItsType_data();
     void everyMemberIsRequiredWithItsType();
-    void hostileText_data();
     void hostileText();
-    void problemIsNamedWithItsPlace_data();
     void problemIsNamedWithItsPlace();
-    void encodings_data();
     void encodings();
 };
 
@@ -78,9 +74,9 @@ void TestSettingsJson::textSurvivesARoundTrip()
     const auto data = read(example);
     QVERIFY(data);
     const TileItem &tile = data->tileItems.first();
-    QCOMPARE(tile.tileName, QStringLiteral("What’s for dinner?"));
-    QCOMPARE(tile.scratchpadText, QStringLiteral("a\"b\\c\b\f\n\r\t\u0001\u001Fd🙂"));
-    QCOMPARE(tile.tileMenuItems.first().itemString, QStringLiteral("maps://?q=noodles"));
+    QCOMPARE(tile.tileName, u"What’s for dinner?"_qs);
+    QCOMPARE(tile.scratchpadText, u"a\"b\\c\b\f\n\r\t\u0001\u001Fd🙂"_qs);
+    QCOMPARE(tile.tileMenuItems.first().itemString, u"maps://?q=noodles"_qs);
     QVERIFY(tile.tileMenuItems.last().id.isNull());
     QCOMPARE(model::settingsToJson(*data), example);
 }
@@ -88,16 +84,15 @@ void TestSettingsJson::textSurvivesARoundTrip()
 void TestSettingsJson::anyTextSurvivesARoundTrip()
 {
     // Every length around the writer's blocks, every kind of character at every place in them.
-    const QStringList pieces = {QStringLiteral("a"),      QStringLiteral("/"),    QStringLiteral("\""),
-                                QStringLiteral("\x1f"),   QStringLiteral("\x7f"), QStringLiteral("é"),
-                                QStringLiteral("\uFFFF"), QStringLiteral("🙂"), QString(QChar(0))};
+    const QStringList pieces = {u"a"_qs, u"/"_qs,      u"\""_qs,   u"\x1f"_qs,       u"\x7f"_qs,
+                                u"é"_qs, u"\uFFFF"_qs, u"🙂"_qs, QString(QChar(0))};
     QRandomGenerator random(1);
     SettingsData data;
     data.availableThemes.clear();
     for (int length = 0; length < 300; ++length) {
         QString text;
         for (int i = 0; i < length % 40; ++i)
-            text += random.bounded(3) ? QStringLiteral("x") : pieces[random.bounded(pieces.size())];
+            text += random.bounded(3) ? u"x"_qs : pieces[random.bounded(pieces.size())];
         data.availableThemes += text;
     }
     const QByteArray json = model::settingsToJson(data);
@@ -106,27 +101,27 @@ void TestSettingsJson::anyTextSurvivesARoundTrip()
              data.availableThemes);
 
     // Half a surrogate pair cannot be written; what is written must load.
-    data.appIcon = QStringLiteral("a") + QChar(0xD83D) + QStringLiteral("b") + QChar(0xDE42);
-    QCOMPARE(read(model::settingsToJson(data))->appIcon, QStringLiteral("a\uFFFDb\uFFFD"));
+    data.appIcon = u"a"_qs + QChar(0xD83D) + u"b"_qs + QChar(0xDE42);
+    QCOMPARE(read(model::settingsToJson(data))->appIcon, u"a\uFFFDb\uFFFD"_qs);
 }
 
 void TestSettingsJson::handMadeFileLoads()
 {
     const auto data = read(dataFile("handmade.json"));
     QVERIFY(data);
-    QCOMPARE(data->currentTheme, QStringLiteral("Δ"));
+    QCOMPARE(data->currentTheme, u"Δ"_qs);
     QCOMPARE(data->availableThemes, QStringList());
-    QCOMPARE(data->direction, QStringLiteral("ttb"));
+    QCOMPARE(data->direction, u"ttb"_qs);
     QCOMPARE(data->tileItems.size(), 1);
-    const TileItem expected = {QUuid::fromString(u"7C1D2E3F-4A5B-4C6D-8E9F-0A1B2C3D4E5F"),
-                               QStringLiteral("default"),
-                               QStringLiteral("first"),
-                               QStringLiteral("file:///tmp/Tile-1/"),
-                               true,
-                               QStringLiteral("🙂\n"),
-                               {{QUuid::fromString(u"9F8E7D6C-5B4A-4392-81A2-6A5B4C3D2E1F"),
-                                 QStringLiteral("maps://?q=pizza"), QStringLiteral("Pizza")}},
-                               false};
+    const TileItem expected = {
+        QUuid::fromString(u"7C1D2E3F-4A5B-4C6D-8E9F-0A1B2C3D4E5F"),
+        u"default"_qs,
+        u"first"_qs,
+        u"file:///tmp/Tile-1/"_qs,
+        true,
+        u"🙂\n"_qs,
+        {{QUuid::fromString(u"9F8E7D6C-5B4A-4392-81A2-6A5B4C3D2E1F"), u"maps://?q=pizza"_qs, u"Pizza"_qs}},
+        false};
     QCOMPARE(data->tileItems.first(), expected);
     QVERIFY(model::settingsToJson(*data).contains("\"id\" : \"9F8E7D6C-5B4A-4392-81A2-6A5B4C3D2E1F\""));
 }
@@ -140,196 +135,116 @@ void TestSettingsJson::emptyListsAreValid()
     QVERIFY(read(model::settingsToJson(*noTiles)));
 }
 
-void TestSettingsJson::everyMemberIsRequiredWithItsType_data()
+void TestSettingsJson::everyMemberIsRequiredWithItsType()
 {
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QJsonValue>("value"); // undefined: the member is missing
-    QTest::addColumn<QString>("path");
-
-    const QString text = QStringLiteral("text");
-    const QJsonArray values = {QJsonValue(), true, 1, text, QJsonArray(), QJsonObject(), QJsonArray({1})};
+    const QJsonArray values = {QJsonValue(),  true,           1, u"text"_qs, QJsonArray(),
+                               QJsonObject(), QJsonArray({1})};
     const QJsonObject root = QJsonDocument::fromJson(dataFile("example.json")).object();
     const QJsonObject tile = root[u"tileItems"][0].toObject();
     const QJsonObject records[] = {root, tile, tile[u"tileMenuItems"][0].toObject()};
-    const QString prefixes[] = {QString(), QStringLiteral("tileItems[0]."),
-                                QStringLiteral("tileItems[0].tileMenuItems[0].")};
+    const QString prefixes[] = {QString(), u"tileItems[0]."_qs, u"tileItems[0].tileMenuItems[0]."_qs};
     for (int level = 0; level < 3; ++level) {
         for (const QString &key : records[level].keys()) {
             const QJsonValue right = records[level][key];
-            const QString path = prefixes[level] + key;
-            QTest::addRow("%s missing", qPrintable(path))
-                << level << key << QJsonValue(QJsonValue::Undefined) << path;
+            const auto check = [&](const QJsonValue &wrong) {
+                QString why;
+                const auto put = [&](QJsonObject &record) { record.insert(key, wrong); };
+                QVERIFY2(!read(edited(level, put), &why), qPrintable(prefixes[level] + key));
+                QVERIFY2(why.contains(prefixes[level] + key), qPrintable(why));
+            };
+            check(QJsonValue::Undefined); // the member is missing
             for (const QJsonValue &value : values) {
                 // A text is right for texts, and an empty list for every list.
-                const bool fits = value.type() == right.type() && key != u"id"
-                    && (!value.isArray() || value.toArray().isEmpty());
-                if (!fits)
-                    QTest::addRow("%s is %s", qPrintable(path),
-                                  QJsonDocument({value}).toJson(QJsonDocument::Compact).constData())
-                        << level << key << value << path;
+                if (value.type() != right.type() || key == u"id" || !value.toArray().isEmpty())
+                    check(value);
             }
         }
     }
 }
 
-void TestSettingsJson::everyMemberIsRequiredWithItsType()
-{
-    QFETCH(int, level);
-    QFETCH(QString, key);
-    QFETCH(QJsonValue, value);
-    QFETCH(QString, path);
-    QString why;
-    QVERIFY(!read(edited(level, [&](QJsonObject &record) { record.insert(key, value); }), &why));
-    QVERIFY2(why.contains(path), qPrintable(why));
-}
-
-void TestSettingsJson::hostileText_data()
-{
-    QTest::addColumn<QByteArray>("value"); // of a key that is not ours
-    QTest::addColumn<bool>("isValid");
-    const auto row = [](const char *name, QByteArrayView value, bool isValid) {
-        QTest::newRow(name) << value.toByteArray() << isValid;
-    };
-    row("raw control character", "\"x\x01y\"", false);
-    row("raw line end", "\"x\ny\"", false);
-    row("unknown escape", R"("\q")", false);
-    row("cut-off escape", R"("\u12")", false);
-    row("lone high surrogate", R"("\uD800")", false);
-    row("lone low surrogate", R"("\uDC00")", false);
-    row("lone low surrogate in a key", R"({"\uDC00":1})", false);
-    row("two high surrogates", R"("\uD800\uD800")", false);
-    row("surrogate pair", R"("\uD83D\uDE42")", true);
-    row("escaped NUL", R"("\u0000")", true);
-    row("overlong UTF-8", "\"\xC0\xAF\"", false);
-    row("surrogate in UTF-8", "\"\xED\xA0\x80\"", false);
-    row("UTF-8 past U+10FFFF", "\"\xF4\x90\x80\x80\"", false);
-    row("cut-off UTF-8", "\"\xE2\x82\"", false);
-    row("bad UTF-8 in a key", "{\"\xFF\":1}", false);
-    row("NUL in a string", QByteArrayView("\"x\0y\"", 5), false);
-    row("NUL between tokens", QByteArrayView("1\0", 2), false);
-    row("no-break space between tokens",
-        "\xC2\xA0"
-        "1",
-        false);
-    row("form feed between tokens", "\f1", false);
-    row("leading zero", "01", false);
-    row("plus sign", "+1", false);
-    row("nothing before the point", ".5", false);
-    row("nothing after the point", "1.", false);
-    row("minus alone", "-", false);
-    row("not a number", "NaN", false);
-    row("infinity", "-Infinity", false);
-    row("hexadecimal", "0x10", false);
-    row("number", "-0.5e-3", true);
-    row("number past every double", "-1.5e999", true); // it failed the whole file
-    row("past every double and no number", "1e999x", false);
-    row("half a number past every double", QByteArray(400, '1') + ".", false);
-    row("long number", "123456789012345678901234567890.5", true);
-    row("line comment", "1 // x\n", false);
-    row("comment", "/* x */ 1", false);
-    row("comma at an object's end", R"({"a":1,})", false);
-    row("comma at an array's end", "[1,]", false);
-    row("single quotes", "'x'", false);
-    row("bare word", "x", false);
-    row("capital True", "True", false);
-    row("cut-off word", "nul", false);
-    row("unclosed", "[", false);
-    row("closed by the wrong bracket", "[}", false);
-    const auto nested = [](int depth) { return QByteArray(depth - 1, '[') + QByteArray(depth - 1, ']'); };
-    row("512 levels", nested(512), true);
-    row("513 levels", nested(513), false);
-    row("a million levels", nested(1000000), false);
-    row("a million open levels", QByteArray(1000000, '['), false);
-}
-
 void TestSettingsJson::hostileText()
 {
-    QFETCH(QByteArray, value);
-    QFETCH(bool, isValid);
-    QByteArray text = dataFile("example.json");
-    text.insert(1, "\"stray\":" + value + ',');
-    QString why;
-    QCOMPARE(read(text, &why).has_value(), isValid);
-    QCOMPARE(why.isEmpty(), isValid);
-    QVERIFY(!why.contains(u'\n'));
-}
-
-void TestSettingsJson::problemIsNamedWithItsPlace_data()
-{
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    QTest::addColumn<QString>("problem");
-    const auto row = [](const char *before, const char *after, const char *problem) {
-        QTest::newRow(problem) << QByteArray(before) << QByteArray(after) << QString::fromUtf8(problem);
+    const auto nested = [](int depth) { return QByteArray(depth - 1, '[') + QByteArray(depth - 1, ']'); };
+    const auto check = [](const QByteArray &value, bool isValid) { // of a key that is not ours
+        QByteArray text = dataFile("example.json");
+        text.insert(1, "\"stray\":" + value + ',');
+        QString why;
+        QVERIFY2(read(text, &why).has_value() == isValid, value.left(40).toPercentEncoding().constData());
+        QCOMPARE(why.isEmpty(), isValid);
+        QVERIFY(!why.contains(u'\n'));
     };
-    row("\"7C1D2E3F-4A5B-4C6D-8E9F-0A1B2C3D4E5F\"", "\"{7C1D2E3F-4A5B-4C6D-8E9F-0A1B2C3D4E5F}\"",
-        "“tileItems[0].id” is not a UUID (line 12, column 14)");
-    row("file:", "fi le:", "“tileItems[0].tileDirectory” is not a URL (line 15, column 25)");
-    row("\"Noodles\"", "null",
-        "“tileItems[0].tileMenuItems[0].itemName” is not a string (line 22, column 24)");
-    row("\"itemName\" : \"\"", "\"name\" : \"\"",
-        "“tileItems[0].tileMenuItems[1].itemName” is missing (line 28, column 9)");
-    row("\"1984\",\n", "\"1984\", 7,\n", "“availableThemes[1]” is not a string (line 4, column 13)");
-    row("true", "yes", "Invalid value (line 7, column 17)");
-    row("{\n  \"currentTheme\"", "[{\n  \"currentTheme\"", "it is not an object (line 1, column 1)");
-    row("dinner?", "dinner?\xFF", "a string is not valid Unicode (line 14, column 20)");
+    for (const QByteArray &good :
+         {QByteArray(R"("\uD83D\uDE42")"), QByteArray(R"("\u0000")"), QByteArray("-0.5e-3"),
+          QByteArray("-1.5e999"), // past every double: it failed the whole file
+          QByteArray("123456789012345678901234567890.5"), nested(512)})
+        check(good, true);
+    // Characters and escapes, halves of surrogate pairs, UTF-8, what stands between tokens, numbers, ends.
+    const QByteArray hostile = "\"x\x01y\"|\"x\ny\"|"
+                               R"("\q"|"\u12"|)"
+                               R"("\uD800"|"\uDC00"|{"\uDC00":1}|"\uD800\uD800"|)"
+                               "\"\xC0\xAF\"|\"\xED\xA0\x80\"|\"\xF4\x90\x80\x80\"|\"\xE2\x82\"|{\"\xFF\":1}|"
+                               "\xC2\xA0 1|\f1|/* x */ 1|1 // x\n|"
+                               "01|+1|.5|1.|-|NaN|-Infinity|0x10|1e999x|"
+                               "{\"a\":1,}|[1,]|'x'|x|True|nul|[|[}";
+    for (const QByteArray &bad : hostile.split('|'))
+        check(bad, false);
+    for (const QByteArray &bad : {QByteArray("\"x\0y\"", 5), QByteArray("1\0", 2), QByteArray(400, '1') + ".",
+                                  nested(513), nested(1000000), QByteArray(1000000, '[')})
+        check(bad, false);
 }
 
 void TestSettingsJson::problemIsNamedWithItsPlace()
 {
-    QFETCH(QByteArray, before);
-    QFETCH(QByteArray, after);
-    QFETCH(QString, problem);
-    QString why;
-    read(dataFile("example.json").replace(before, after), &why);
-    QCOMPARE(why, QStringLiteral("The settings file is not valid: %1.").arg(problem));
+    const char *const cases[][3] = {
+        {"\"7C1D2E3F-4A5B-4C6D-8E9F-0A1B2C3D4E5F\"", "\"{7C1D2E3F-4A5B-4C6D-8E9F-0A1B2C3D4E5F}\"",
+         "“tileItems[0].id” is not a UUID (line 12, column 14)"},
+        {"file:", "fi le:", "“tileItems[0].tileDirectory” is not a URL (line 15, column 25)"},
+        {"\"itemName\" : \"\"", "\"name\" : \"\"",
+         "“tileItems[0].tileMenuItems[1].itemName” is missing (line 28, column 9)"},
+        {"\"1984\",\n", "\"1984\", 7,\n", "“availableThemes[1]” is not a string (line 4, column 13)"},
+        {"true", "yes", "Invalid value (line 7, column 17)"},
+        {"{\n  \"currentTheme\"", "[{\n  \"currentTheme\"", "it is not an object (line 1, column 1)"},
+        {"dinner?", "dinner?\xFF", "a string is not valid Unicode (line 14, column 20)"}};
+    for (const auto &[before, after, problem] : cases) {
+        QString why;
+        read(dataFile("example.json").replace(before, after), &why);
+        QCOMPARE(why, u"The settings file is not valid: %1."_qs.arg(QString::fromUtf8(problem)));
+    }
 }
 
-void TestSettingsJson::encodings_data()
+void TestSettingsJson::encodings()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("isValid");
     const QByteArray plain = dataFile("example.json");
     const auto encoded = [&](QStringConverter::Encoding encoding) {
         QStringEncoder encoder(encoding, QStringConverter::Flag::WriteBom);
         return QByteArray(encoder.encode(QString::fromUtf8(plain)));
     };
-    const auto utf16 = encoded(QStringConverter::Utf16LE);
-    const auto utf32 = encoded(QStringConverter::Utf32BE);
-    QTest::newRow("UTF-8 with a mark") << encoded(QStringConverter::Utf8) << true;
-    QTest::newRow("UTF-16LE") << utf16 << true;
-    QTest::newRow("UTF-16BE") << encoded(QStringConverter::Utf16BE) << true;
-    QTest::newRow("UTF-32LE") << encoded(QStringConverter::Utf32LE) << true;
-    QTest::newRow("UTF-32BE") << utf32 << true;
-    QTest::newRow("UTF-16 without a mark") << utf16.mid(2) << false;
-    QTest::newRow("UTF-16, odd length") << utf16.chopped(1) << false;
-    QTest::newRow("UTF-16, lone surrogate") << QByteArray(utf16).replace(QByteArray("D\0e\0", 4),
-                                                                         QByteArray("\0\xD8"
-                                                                                    "e\0",
-                                                                                    4))
-                                            << false;
-    QTest::newRow("UTF-32, odd length") << utf32.chopped(1) << false;
-    QTest::newRow("UTF-32, past U+10FFFF") << QByteArray(utf32).replace(4, 1, "\x7F") << false;
-    QTest::newRow("two marks") << "\xEF\xBB\xBF\xEF\xBB\xBF" + plain << false;
-    QTest::newRow("mark alone") << QByteArray("\xEF\xBB\xBF") << false;
-    QTest::newRow("empty") << QByteArray() << false;
-    QTest::newRow("blanks alone") << QByteArray(" \r\n\t") << false;
-    QTest::newRow("blanks around") << " \r\n\t" + plain + " \r\n\t" << true;
-    QTest::newRow("text after the root") << plain + "x" << false;
-    QTest::newRow("second root") << plain + plain << false;
-    QTest::newRow("NUL after the root") << plain + QByteArray("\0", 1) << false;
-    QTest::newRow("binary") << QByteArray("\x89PNG\r\n\x1A\n\0\0", 10) << false;
-}
-
-void TestSettingsJson::encodings()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(bool, isValid);
-    const auto data = read(bytes);
-    QCOMPARE(data.has_value(), isValid);
-    if (data)
-        QCOMPARE(model::settingsToJson(*data), dataFile("example.json"));
+    const QByteArray utf16 = encoded(QStringConverter::Utf16LE);
+    const QByteArray utf32 = encoded(QStringConverter::Utf32BE);
+    for (const QByteArray &good :
+         {encoded(QStringConverter::Utf8), utf16, encoded(QStringConverter::Utf16BE),
+          encoded(QStringConverter::Utf32LE), utf32, " \r\n\t" + plain + " \r\n\t"}) {
+        const auto data = read(good);
+        QVERIFY2(data, good.first(20).toHex().constData());
+        QCOMPARE(model::settingsToJson(*data), plain);
+    }
+    const std::pair<const char *, QByteArray> bad[] = {
+        {"UTF-16 without a mark", utf16.mid(2)},
+        {"UTF-16, odd length", utf16.chopped(1)},
+        {"UTF-16, lone surrogate",
+         QByteArray(utf16).replace(QByteArray("D\0e\0", 4), QByteArray::fromHex("00D86500"))},
+        {"UTF-32, odd length", utf32.chopped(1)},
+        {"UTF-32, past U+10FFFF", QByteArray(utf32).replace(4, 1, "\x7F")},
+        {"two marks", "\xEF\xBB\xBF\xEF\xBB\xBF" + plain},
+        {"mark alone", "\xEF\xBB\xBF"},
+        {"empty", QByteArray()},
+        {"blanks alone", " \r\n\t"},
+        {"text after the root", plain + "x"},
+        {"second root", plain + plain},
+        {"NUL after the root", plain + QByteArray(1, 0)},
+        {"binary", QByteArray("\x89PNG\r\n\x1A\n\0\0", 10)}};
+    for (const auto &[name, bytes] : bad)
+        QVERIFY2(!read(bytes), name);
 }
 
 QTEST_APPLESS_MAIN(TestSettingsJson)

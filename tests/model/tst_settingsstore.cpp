@@ -19,11 +19,9 @@ class TestSettingsStore : public QObject
 private Q_SLOTS:
     void init();
     void savedFieldsLoad();
-    void missingFileIsReported();
     void brokenFileChangesNothing();
     void loadingWritesNothing();
     void deletedFolderComesBack();
-    void failedSaveIsReported_data();
     void failedSaveIsReported();
     void linkStaysALink();
     void lastGoodIsWholeWhenTheSaveFails();
@@ -31,10 +29,10 @@ private Q_SLOTS:
     void replacedFileIsKept();
 
 private:
-    QString documents() const { return m_dir->filePath(QStringLiteral("Documents")); }
-    QString state() const { return m_dir->filePath(QStringLiteral("state/pondWicket")); }
-    QString folder() const { return documents() + QStringLiteral("/pondWicket ƒ"); }
-    QString file() const { return folder() + QStringLiteral("/pondWicket-settings.json"); }
+    QString documents() const { return m_dir->filePath(u"Documents"_qs); }
+    QString state() const { return m_dir->filePath(u"state/pondWicket"_qs); }
+    QString folder() const { return documents() + u"/pondWicket ƒ"_qs; }
+    QString file() const { return folder() + u"/pondWicket-settings.json"_qs; }
     static QByteArray bytesOf(const QString &path)
     {
         return platform::readWholeFile(path, nullptr).value_or("(none)");
@@ -58,51 +56,44 @@ void TestSettingsStore::init()
 
 void TestSettingsStore::savedFieldsLoad()
 {
-    m_config->setCurrentTheme(QStringLiteral("1984"));
-    m_config->setAvailableThemes({QStringLiteral("1984"), QString()});
+    m_config->setCurrentTheme(u"1984"_qs);
+    m_config->setAvailableThemes({u"1984"_qs, QString()});
     m_config->setShowsDate(true);
-    m_config->setDirection(QStringLiteral("ttb"));
-    m_config->setAppIcon(QStringLiteral("1988"));
+    m_config->setDirection(u"ttb"_qs);
+    m_config->setAppIcon(u"1988"_qs);
     TileItem tile;
-    tile.tileDirectory = QStringLiteral("file:///x");
+    tile.tileDirectory = u"file:///x"_qs;
     m_config->setTileItems({tile});
     model::saveSettings(*m_config);
 
     Config other(documents(), state());
     QStringList order;
-    const auto note = [&](void (Config::*signal)(), const char *name) {
-        connect(&other, signal, this, [&order, name] { order += QLatin1String(name); });
-    };
-    note(&Config::tileItemsChanged, "tileItems");
-    note(&Config::appIconChanged, "appIcon");
-    note(&Config::directionChanged, "direction");
-    note(&Config::showsDateChanged, "showsDate");
-    note(&Config::availableThemesChanged, "availableThemes");
-    note(&Config::currentThemeChanged, "currentTheme");
+    const std::pair<void (Config::*)(), const char *> signs[] = {
+        {&Config::tileItemsChanged, "tileItems"},
+        {&Config::appIconChanged, "appIcon"},
+        {&Config::directionChanged, "direction"},
+        {&Config::showsDateChanged, "showsDate"},
+        {&Config::availableThemesChanged, "availableThemes"},
+        {&Config::currentThemeChanged, "currentTheme"}};
+    for (const auto &[signal, name] : signs)
+        connect(&other, signal, this, [&order, name = name] { order += QLatin1String(name); });
     model::loadSettings(other);
-    QCOMPARE(order.join(u' '),
-             QStringLiteral("currentTheme availableThemes showsDate direction appIcon tileItems"));
+    QCOMPARE(order.join(u' '), u"currentTheme availableThemes showsDate direction appIcon tileItems"_qs);
     QCOMPARE(other.tileItems(), m_config->tileItems());
     QCOMPARE(other.availableThemes(), m_config->availableThemes());
 }
 
-void TestSettingsStore::missingFileIsReported()
-{
-    StdoutCapture capture;
-    model::loadSettings(*m_config);
-    QCOMPARE(capture.lines(), QStringList(QStringLiteral("Settings file not found.")));
-    QVERIFY(QDir(folder()).isEmpty());
-}
-
 void TestSettingsStore::brokenFileChangesNothing()
 {
-    write(file(), R"({"currentTheme":"1984"})");
     StdoutCapture capture;
     model::loadSettings(*m_config);
-    QCOMPARE(capture.lines(),
-             QStringList(QStringLiteral("The settings file is not valid: “availableThemes” is "
-                                        "missing (line 1, column 23).")));
-    QCOMPARE(m_config->currentTheme(), QStringLiteral("2024"));
+    QCOMPARE(capture.lines(), QStringList(u"Settings file not found."_qs));
+    QVERIFY(QDir(folder()).isEmpty());
+    write(file(), R"({"currentTheme":"1984"})");
+    model::loadSettings(*m_config);
+    QCOMPARE(capture.lines().last(),
+             u"The settings file is not valid: “availableThemes” is missing (line 1, column 23)."_qs);
+    QCOMPARE(m_config->currentTheme(), u"2024"_qs);
 }
 
 void TestSettingsStore::loadingWritesNothing()
@@ -127,51 +118,48 @@ void TestSettingsStore::deletedFolderComesBack()
     QCOMPARE(bytesOf(file()), bytes);
 }
 
-void TestSettingsStore::failedSaveIsReported_data()
-{
-    QTest::addColumn<QString>("obstacle"); // below the documents folder; ends in a slash when it is a folder
-    QTest::addColumn<QString>("linkTarget"); // of a link in the obstacle's place
-    QTest::addColumn<QStringList>("lines");
-    const QString name = QStringLiteral("pondWicket ƒ/pondWicket-settings.json");
-    const QString failed = QStringLiteral(
-        "Failed to save JSON data: The file “pondWicket-settings.json” could not be written: ");
-    QTest::newRow("folder in the file's place")
-        << name + u'/' << QString() << QStringList(failed + QStringLiteral("Is a directory."));
-    QTest::newRow("device in the file's place")
-        << name << QStringLiteral("/dev/full") << QStringList(failed + QStringLiteral("Invalid argument."));
-    QTest::newRow("link into nowhere") << name << QStringLiteral("/nowhere/x")
-                                       << QStringList(failed + QStringLiteral("No such file or directory."));
-    QTest::newRow("file in the folder's place") << QStringLiteral("pondWicket ƒ") << QString()
-                                                << QStringList(failed + QStringLiteral("Not a directory."));
-    QTest::newRow("link into nowhere in the folder's place")
-        << QStringLiteral("pondWicket ƒ") << QStringLiteral("/nowhere/x")
-        << QStringList({QStringLiteral("The folder “pondWicket ƒ” could not be made: File exists."),
-                        failed + QStringLiteral("No such file or directory.")});
-}
-
 void TestSettingsStore::failedSaveIsReported()
 {
-    QFETCH(QString, obstacle);
-    QFETCH(QString, linkTarget);
-    QFETCH(QStringList, lines);
-    const QString path = documents() + u'/' + obstacle;
-    QVERIFY(QDir().mkpath(path.section(u'/', 0, -2)));
-    if (!linkTarget.isEmpty())
-        QVERIFY(QFile::link(linkTarget, path));
-    else if (!obstacle.endsWith(u'/'))
-        write(path, "mine");
-    StdoutCapture capture;
-    model::saveSettings(*m_config);
-    QCOMPARE(capture.lines(), lines);
-    if (platform::itemExists(file()))
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^No safety copy")));
-    model::writeDefaultSettings(*m_config);
-    QCOMPARE(capture.lines(), lines);
+    struct Case
+    {
+        QString obstacle; // below the documents folder; ends in a slash when it is a folder
+        QString linkTarget; // of a link in the obstacle's place
+        QString reason;
+        QStringList before;
+    };
+    const QString name = u"pondWicket ƒ/pondWicket-settings.json"_qs;
+    const QString nowhere = u"/nowhere/x"_qs;
+    const Case cases[] = {{name + u'/', {}, u"Is a directory."_qs, {}},
+                          {name, u"/dev/full"_qs, u"Invalid argument."_qs, {}},
+                          {name, nowhere, u"No such file or directory."_qs, {}},
+                          {u"pondWicket ƒ"_qs, {}, u"Not a directory."_qs, {}},
+                          {u"pondWicket ƒ"_qs,
+                           nowhere,
+                           u"No such file or directory."_qs,
+                           {u"The folder “pondWicket ƒ” could not be made: File exists."_qs}}};
+    for (const Case &c : cases) {
+        init();
+        const QString path = documents() + u'/' + c.obstacle;
+        QVERIFY(QDir().mkpath(path.section(u'/', 0, -2)));
+        if (!c.linkTarget.isEmpty())
+            QVERIFY(QFile::link(c.linkTarget, path));
+        else if (!c.obstacle.endsWith(u'/'))
+            write(path, "mine");
+        const QString failed =
+            u"Failed to save JSON data: The file “pondWicket-settings.json” could not be written: "_qs;
+        StdoutCapture capture;
+        model::saveSettings(*m_config);
+        QCOMPARE(capture.lines(), c.before + QStringList(failed + c.reason));
+        if (platform::itemExists(file()))
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^No safety copy"_qs));
+        model::writeDefaultSettings(*m_config);
+        QCOMPARE(capture.lines(), c.before + QStringList(failed + c.reason));
+    }
 }
 
 void TestSettingsStore::linkStaysALink()
 {
-    const QString elsewhere = m_dir->filePath(QStringLiteral("elsewhere.json"));
+    const QString elsewhere = m_dir->filePath(u"elsewhere.json"_qs);
     QVERIFY(QDir().mkpath(folder()));
     QVERIFY(QFile::link(elsewhere, file()));
     model::saveSettings(*m_config); // makes the file that the link names
@@ -196,7 +184,7 @@ void TestSettingsStore::lastGoodIsWholeWhenTheSaveFails()
     model::saveSettings(*m_config);
     QCOMPARE(capture.lines().size(), 1);
     QVERIFY(bytesOf(model::lastGoodPath(state())).contains("\"showsDate\" : true"));
-    QVERIFY(bytesOf(state() + QStringLiteral("/save-before.json")).contains("\"showsDate\" : false"));
+    QVERIFY(bytesOf(state() + u"/save-before.json"_qs).contains("\"showsDate\" : false"));
     QCOMPARE(copies().size(), 2);
 }
 
@@ -204,9 +192,8 @@ void TestSettingsStore::failedCopyDoesNotStopTheSave()
 {
     write(state().section(u'/', 0, -2), "a file in the state folder's place");
     StdoutCapture capture;
-    QTest::ignoreMessage(
-        QtWarningMsg,
-        QRegularExpression(QStringLiteral("^No safety copy of the settings: .*Not a directory")));
+    QTest::ignoreMessage(QtWarningMsg,
+                         QRegularExpression(u"^No safety copy of the settings: .*Not a directory"_qs));
     model::saveSettings(*m_config);
     QCOMPARE(capture.lines(), QStringList());
     QVERIFY(QFile::exists(file()));
@@ -216,30 +203,27 @@ void TestSettingsStore::replacedFileIsKept()
 {
     // A save was cut short: the file is in pieces, and only the copy of the save is whole. The first run that
     // follows must lose neither.
-    m_config->setDirection(QStringLiteral("ttb"));
+    m_config->setDirection(u"ttb"_qs);
     model::saveSettings(*m_config);
     const QByteArray whole = bytesOf(file());
     write(file(), whole.first(100));
     StdoutCapture capture;
     model::writeDefaultSettings(*m_config);
-    QCOMPARE(capture.lines(), QStringList(QStringLiteral("New settings file written successfully.")));
+    QCOMPARE(capture.lines(), QStringList(u"New settings file written successfully."_qs));
     QVERIFY(bytesOf(file()).contains("\"direction\" : \"ltr\""));
     QCOMPARE(copies().size(), 4);
-    QCOMPARE(bytesOf(state() + u'/' + copies().filter(QStringLiteral("replaced-")).first()),
-             whole.first(100));
-    QCOMPARE(bytesOf(state() + u'/' + copies().filter(QStringLiteral("last-good-")).first()), whole);
+    QCOMPARE(bytesOf(state() + u'/' + copies().filter(u"replaced-"_qs).first()), whole.first(100));
+    QCOMPARE(bytesOf(state() + u'/' + copies().filter(u"last-good-"_qs).first()), whole);
 
     // Only the newest ten stay, and nothing that is not ours goes.
-    write(state() + QStringLiteral("/replaced-by-me.json"), "x");
+    write(state() + u"/replaced-by-me.json"_qs, "x");
     for (int year = 2001; year < 2015; ++year)
-        write(state() + QStringLiteral("/replaced-") + QString::number(year)
-                  + QStringLiteral("0101T000000000Z.json"),
-              "x");
+        write(state() + u"/replaced-"_qs + QString::number(year) + u"0101T000000000Z.json"_qs, "x");
     model::writeDefaultSettings(*m_config);
-    const QStringList replaced = copies().filter(QRegularExpression(QStringLiteral("^replaced-2")));
+    const QStringList replaced = copies().filter(QRegularExpression(u"^replaced-2"_qs));
     QCOMPARE(replaced.size(), 10);
-    QCOMPARE(replaced.first().left(13), QStringLiteral("replaced-2007"));
-    QVERIFY(copies().contains(QStringLiteral("replaced-by-me.json")));
+    QCOMPARE(replaced.first().left(13), u"replaced-2007"_qs);
+    QVERIFY(copies().contains(u"replaced-by-me.json"_qs));
 }
 
 QTEST_GUILESS_MAIN(TestSettingsStore)
