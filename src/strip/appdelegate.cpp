@@ -40,6 +40,22 @@ void AppDelegate::applicationDidFinishLaunching()
     if (const QScreen *screen = QGuiApplication::primaryScreen())
         placeAt(screen->geometry().bottomLeft(), screen->geometry());
     m_strip.show();
+    QTimer::singleShot(0, this, [this] {
+        updateShadow();
+        connect(&m_strip, &ContentView::shapeChanged, this, &AppDelegate::updateShadow);
+    });
+}
+
+/// The window's empty part casts none.
+void AppDelegate::updateShadow()
+{
+    const QRect shown = m_strip.mask().boundingRect();
+    const qreal scale = m_strip.devicePixelRatioF();
+    const auto pixels = [scale](int points) { return qRound(points * scale); };
+    m_shadow.apply(m_strip.winId(),
+                   QMargins(pixels(shown.left()), pixels(shown.top()),
+                            pixels(m_strip.width() - shown.right() - 1),
+                            pixels(m_strip.height() - shown.bottom() - 1)));
 }
 
 bool AppDelegate::eventFilter(QObject *watched, QEvent *event)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/windowshadow.h"
+
 #include <QObject>
 #include <QPoint>
 #include <QTimer>
@@ -24,11 +26,13 @@ protected:
 
 private:
     void fitWindow();
+    void updateShadow();
     void placeAt(QPoint bottomLeft, const QRect &area);
     void scheduleReturn();
     void watchScreens();
 
     ContentView &m_strip;
+    platform::WindowShadow m_shadow;
     QPoint m_corner; ///< bottom-left of the window where it was last put by us
     int m_returnsLeft = 0;
     bool m_isHome = true; ///< in the corner of the primary screen, as long as nobody moves it

@@ -50,6 +50,7 @@ ContentView::ContentView(Config &config, StripServices &services)
     connect(&config, &Config::redrawNeeded, this, &ContentView::redraw);
     m_frameTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_frameTimer, &QTimer::timeout, this, &ContentView::advanceSpring);
+    m_homeTile->setFocus(); // not the first of the row: that one quits
     redraw();
 }
 
@@ -214,8 +215,10 @@ void ContentView::updateShape()
     for (const Tile *tile : std::as_const(m_tiles))
         tiles += shapeOf(tile).translated(tile->pos());
     shape += tiles.intersected(m_tileArea->rect()).translated(m_tileArea->pos());
-    if (shape != mask())
-        setMask(shape);
+    if (shape == mask())
+        return;
+    setMask(shape);
+    Q_EMIT shapeChanged();
 }
 
 void ContentView::moveFocus(int step)

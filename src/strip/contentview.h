@@ -35,6 +35,8 @@ Q_SIGNALS:
     /// By the button or by closing the window.
     void quitRequested();
     void contextMenuRequested(QPoint globalPosition);
+    /// The mask is another.
+    void shapeChanged();
     /// sizeHint changed with the direction or the number of tiles.
     void idealSizeChanged();
 

@@ -188,7 +188,7 @@ void TestContentView::tooLongAStripScrolls()
     QCOMPARE(placeOf(strip, tiles.last()).bottom() + 1, placeOf(strip, cap).top());
 }
 
-/// A settings file can hold any number of tiles. A view for each of them hung the program for minutes.
+/// A settings file can hold any number of tiles. A view for each of them would take more than any screen shows.
 void TestContentView::hostileNumberOfTiles()
 {
     StripWorld world;
