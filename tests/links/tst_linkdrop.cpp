@@ -82,6 +82,7 @@ void TestLinkDrop::whatCounts()
           QByteArray("file:///home/u/My File.txt\nfile:///home/u/b%c3%a9"), QByteArray("")})
         check({{uriList, "# x\r\n\r\n" + list}, {plain, text}}, DroppedItem::Kind::File,
               "file:///home/u/My%20File.txt");
+    check({{uriList, list}}, DroppedItem::Kind::File, "file:///home/u/My%20File.txt");
     check({{uriList, "file:///a/%FF"}, {plain, "/a/\xff"}}, DroppedItem::Kind::File, "file:///a/%FF");
     check({{uriList, "file:///a/b/"}, {plain, "/a/b"}}, DroppedItem::Kind::File, "file:///a/b/");
     const std::pair<Formats, QByteArray> texts[] = {
