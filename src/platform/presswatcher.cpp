@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/presswatcher.h"
 
-#include <QGuiApplication>
+#include "platform/x11.h"
 
 #include <dlfcn.h>
-#include <xcb/xcb.h>
 
 // The extension's own header names a parameter "explicit".
 #if defined(__clang__)
@@ -18,12 +17,6 @@ namespace platform {
 
 namespace {
 
-xcb_connection_t *connection()
-{
-    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return x11 ? x11->connection() : nullptr;
-}
-
 /// The library is there with the toolkit's X11 plugin; asking for it here keeps it out of the program's
 /// start.
 template <typename Function> Function *lookUp(const char *name)
@@ -35,7 +28,7 @@ template <typename Function> Function *lookUp(const char *name)
 /// What the X server sends us of the pointer's raw events from now on.
 void selectRawEvents(uint32_t events)
 {
-    xcb_connection_t *x = connection();
+    xcb_connection_t *x = x11::connection();
     static const auto select = lookUp<decltype(xcb_input_xi_select_events)>("xcb_input_xi_select_events");
     if (!x || !select)
         return;
@@ -46,7 +39,7 @@ void selectRawEvents(uint32_t events)
         uint32_t mask;
     } selection;
     selection.mask = events;
-    select(x, xcb_setup_roots_iterator(xcb_get_setup(x)).data->root, 1, &selection.head);
+    select(x, x11::rootWindow(x), 1, &selection.head);
     xcb_flush(x);
 }
 

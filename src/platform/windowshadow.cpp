@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "platform/windowshadow.h"
 
-#include <QGuiApplication>
+#include "platform/x11.h"
+
 #include <QImage>
 #include <QPainter>
 
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
-
-#include <xcb/xcb.h>
 
 namespace platform {
+
+using namespace x11;
 
 namespace {
 
@@ -19,33 +18,10 @@ constexpr int reach = 14; // pixels from the window's edge outwards
 constexpr int ringAlpha = 5; // of each of the rings that make it up
 constexpr int corner = 2 * reach; // the inner half lies below the window, whose corners may be round
 
-template <typename Reply> using OwnedReply = std::unique_ptr<Reply, decltype(&std::free)>;
-
-xcb_connection_t *connection()
-{
-    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return x11 ? x11->connection() : nullptr;
-}
-
-xcb_window_t rootWindow(xcb_connection_t *x)
-{
-    return xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
-}
-
-xcb_atom_t atom(xcb_connection_t *x, const char *name)
-{
-    const OwnedReply<xcb_intern_atom_reply_t> reply(
-        xcb_intern_atom_reply(x, xcb_intern_atom(x, false, uint16_t(qstrlen(name)), name), nullptr),
-        &std::free);
-    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
-}
-
-bool isSupported(xcb_connection_t *x, xcb_atom_t property)
+bool isSupported(xcb_connection_t *x, xcb_atom_t supported, xcb_atom_t property)
 {
     constexpr uint32_t longest = 1024; // atoms
-    const xcb_get_property_cookie_t cookie =
-        xcb_get_property(x, false, rootWindow(x), atom(x, "_NET_SUPPORTED"), XCB_ATOM_ATOM, 0, longest);
-    const OwnedReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(x, cookie, nullptr), &std::free);
+    const auto reply = rootProperty(x, supported, XCB_ATOM_ATOM, longest);
     if (!reply)
         return false;
     const auto *first = static_cast<const xcb_atom_t *>(xcb_get_property_value(reply.get()));
@@ -98,8 +74,9 @@ void WindowShadow::prepare()
     xcb_connection_t *x = connection();
     if (!x)
         return;
-    m_property = atom(x, "_KDE_NET_WM_SHADOW");
-    if (!isSupported(x, m_property))
+    const auto [supported, property] = atoms<2>(x, {"_NET_SUPPORTED", "_KDE_NET_WM_SHADOW"});
+    m_property = property;
+    if (!isSupported(x, supported, property))
         return;
     m_state = State::Supported;
     const QImage whole = drawShadow();

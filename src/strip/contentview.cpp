@@ -59,6 +59,7 @@ void ContentView::setTabsVisible(bool visible)
     if (m_tabsVisible == visible)
         return;
     m_tabsVisible = visible;
+    m_isCompositing = platform::isCompositing(); // once, not at every frame
     if (visible) {
         discardTiles(); // those still sliding away
         syncTiles();
@@ -89,6 +90,7 @@ double ContentView::now() const
 
 void ContentView::redraw()
 {
+    m_isCompositing = platform::isCompositing();
     if (m_vertical != m_config.isVertical()) {
         m_vertical = m_config.isVertical();
         discardTiles();
@@ -202,9 +204,8 @@ void ContentView::layoutElements()
 /// The window is its elements and nothing else, so that clicks beside them reach what lies below.
 void ContentView::updateShape()
 {
-    const bool blends = platform::isCompositing();
-    const auto shapeOf = [blends](const widgets::ImageButton *button) {
-        return blends ? QRegion(button->rect()) : button->opaqueRegion();
+    const auto shapeOf = [this](const widgets::ImageButton *button) {
+        return m_isCompositing ? QRegion(button->rect()) : button->opaqueRegion();
     };
     QRegion shape;
     for (const widgets::ImageButton *button :

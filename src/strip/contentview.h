@@ -67,6 +67,7 @@ private:
     StripServices &m_services;
     bool m_vertical;
     bool m_tabsVisible = true;
+    bool m_isCompositing = false; ///< at the last redraw
     EndCap *m_leadingCap;
     HomeTileView *m_homeTile;
     QWidget *m_tileArea; ///< clips the tiles while they come and go
