@@ -2,11 +2,12 @@
 #include "platform/desktoptheme.h"
 
 #include <QApplication>
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QFontDatabase>
 #include <QPalette>
 
 #include <algorithm>
@@ -36,6 +37,86 @@ QPalette darkPalette()
     return palette;
 }
 
+QString appearance()
+{
+    return QStringLiteral("org.freedesktop.appearance");
+}
+
+/// The choices of the desktops that are built with GTK, whose portals pass them on under this name.
+QString gtkInterface()
+{
+    return QStringLiteral("org.gnome.desktop.interface");
+}
+
+/// The font that "Family 11" describes; the application's own where that describes none.
+QFont describedFont(const QString &description)
+{
+    const qsizetype blank = description.lastIndexOf(QLatin1Char(' '));
+    const double points = description.mid(blank + 1).toDouble();
+    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    if (blank > 0 && points >= 4 && points <= 72) {
+        font.setFamily(description.left(blank).remove(QLatin1Char(',')));
+        font.setPointSizeF(points);
+    }
+    return font;
+}
+
+/// Takes over what the desktop's portal says, now and later.
+class DesktopTheme : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DesktopTheme(QObject *parent);
+
+private Q_SLOTS:
+    void takeChange(const QDBusMessage &signal);
+
+private:
+    void take(const QString &group, const QString &key, const QVariant &value);
+};
+
+DesktopTheme::DesktopTheme(QObject *parent)
+    : QObject(parent)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    const QString service = QStringLiteral("org.freedesktop.portal.Desktop");
+    const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
+    const QString interface = QStringLiteral("org.freedesktop.portal.Settings");
+    bus.connect(service, path, interface, QStringLiteral("SettingChanged"), this,
+                SLOT(takeChange(QDBusMessage)));
+    QDBusMessage read = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("ReadAll"));
+    read << QStringList{appearance(), gtkInterface()};
+    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(read), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        const QDBusMessage reply = watcher->reply();
+        if (reply.signature() != QLatin1String("a{sa{sv}}"))
+            return;
+        const auto groups = qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().constFirst());
+        for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
+            for (auto value = group->cbegin(); value != group->cend(); ++value)
+                take(group.key(), value.key(), *value);
+        }
+    });
+}
+
+void DesktopTheme::takeChange(const QDBusMessage &signal)
+{
+    const QVariantList values = signal.arguments();
+    if (signal.signature() == QLatin1String("ssv"))
+        take(values[0].toString(), values[1].toString(), values[2].value<QDBusVariant>().variant());
+}
+
+void DesktopTheme::take(const QString &group, const QString &key, const QVariant &value)
+{
+    constexpr uint dark = 1;
+    if (group == appearance() && key == QLatin1String("color-scheme"))
+        QApplication::setPalette(value.toUInt() == dark ? darkPalette() : QPalette());
+    else if (group == gtkInterface() && key == QLatin1String("font-name"))
+        QApplication::setFont(describedFont(value.toString()));
+}
+
 } // namespace
 
 void hideGtkDesktop()
@@ -53,26 +134,12 @@ void unhideGtkDesktop()
         qputenv(variable, *hiddenDesktop);
 }
 
-void takeColorScheme()
+void followDesktopTheme()
 {
-    const QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!hiddenDesktop || !bus.isConnected())
-        return;
-    // Portals know the choice on every desktop.
-    QDBusMessage read = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.portal.Desktop"), QStringLiteral("/org/freedesktop/portal/desktop"),
-        QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("Read"));
-    read << QStringLiteral("org.freedesktop.appearance") << QStringLiteral("color-scheme");
-    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(read), qApp);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, qApp, [watcher] {
-        constexpr uint dark = 1;
-        const QDBusPendingReply<QDBusVariant> reply = *watcher;
-        // The value is wrapped twice.
-        if (!reply.isError()
-            && qvariant_cast<QDBusVariant>(reply.value().variant()).variant().toUInt() == dark)
-            QApplication::setPalette(darkPalette());
-        watcher->deleteLater();
-    });
+    if (hiddenDesktop && QDBusConnection::sessionBus().isConnected())
+        new DesktopTheme(qApp);
 }
 
 } // namespace platform
+
+#include "desktoptheme.moc"

@@ -11,8 +11,9 @@ void hideGtkDesktop();
 /// Gives the environment back what programs started by us are to see: called once the object is made.
 void unhideGtkDesktop();
 
-/// Asks the desktop that was hidden whether it is dark; the answer comes later. Talks to the session bus:
-/// call it from the event loop, when the first picture is out.
-void takeColorScheme();
+/// Asks the desktop that was hidden whether it is dark and which font it writes in, and follows its later
+/// changes. The answers come later. Talks to the session bus: call it from the event loop, when the first
+/// picture is out.
+void followDesktopTheme();
 
 } // namespace platform

@@ -125,7 +125,7 @@ int ctrlApp::run()
         // A link whose target a search has found leads somewhere again.
         connect(&platform::aliasResolver(), &platform::AliasResolver::targetFound, &m_parts->config,
                 &Config::redrawNeeded);
-        platform::takeColorScheme();
+        platform::followDesktopTheme();
         for (const platform::InstanceRequest &request : requests)
             perform(request);
     });

@@ -3,6 +3,8 @@
 #include "support/program.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusVariant>
 #include <QDir>
 #include <QFile>
@@ -11,7 +13,9 @@
 
 using namespace support;
 
-/// What a desktop tells of its choice between light and dark.
+using Settings = QMap<QString, QVariantMap>;
+
+/// What a desktop tells of its choices.
 class SettingsPortal : public QObject
 {
     Q_OBJECT
@@ -19,9 +23,10 @@ class SettingsPortal : public QObject
 
 public Q_SLOTS:
     // NOLINTNEXTLINE(readability-identifier-naming): the name on the bus
-    QDBusVariant Read(const QString &, const QString &)
+    Settings ReadAll(const QStringList &)
     {
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(1u)));
+        return {{u"org.freedesktop.appearance"_qs, {{u"color-scheme"_qs, 1u}}},
+                {u"org.gnome.desktop.interface"_qs, {{u"font-name"_qs, u"Sans 10000000"_qs}}}};
     }
 };
 
@@ -31,7 +36,7 @@ class TestSurroundings : public QObject
 
 private Q_SLOTS:
     void stripIsShownAndEnds();
-    void darkGnomeIsDark();
+    void takesTheChoicesOfGnome();
 };
 
 void TestSurroundings::stripIsShownAndEnds()
@@ -83,14 +88,15 @@ void TestSurroundings::stripIsShownAndEnds()
     }
 }
 
-/// Without GTK nobody but the portal says whether the desktop is dark.
-void TestSurroundings::darkGnomeIsDark()
+/// Without GTK nobody but the portal says whether the desktop is dark, at the start and later.
+void TestSurroundings::takesTheChoicesOfGnome()
 {
     Desktop desktop;
     QVERIFY2(desktop.isUp(), qPrintable(desktop.problem()));
     desktop.environment().insert(u"XDG_CURRENT_DESKTOP"_qs, u"GNOME"_qs);
     QDBusConnection bus = QDBusConnection::connectToBus(
         desktop.environment().value(u"DBUS_SESSION_BUS_ADDRESS"_qs), u"portal"_qs);
+    qDBusRegisterMetaType<Settings>();
     SettingsPortal portal;
     QVERIFY(bus.registerObject(u"/org/freedesktop/portal/desktop"_qs, &portal,
                                QDBusConnection::ExportAllContents));
@@ -104,6 +110,11 @@ void TestSurroundings::darkGnomeIsDark()
         return window.isNull() ? 0 : desktop.screenshot(corner).pixelColor(1, 1).lightness();
     };
     QVERIFY(waitUntil([&] { return lightness() > 20 && lightness() < 80; }));
+    QDBusMessage change = QDBusMessage::createSignal(
+        u"/org/freedesktop/portal/desktop"_qs, u"org.freedesktop.portal.Settings"_qs, u"SettingChanged"_qs);
+    change << u"org.freedesktop.appearance"_qs << u"color-scheme"_qs << QVariant::fromValue(QDBusVariant(0u));
+    QVERIFY(bus.send(change));
+    QVERIFY(waitUntil([&] { return lightness() > 200; }));
     QDBusConnection::disconnectFromBus(u"portal"_qs);
 }
 
