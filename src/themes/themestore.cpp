@@ -130,48 +130,54 @@ QImage themedSymbolImage(const Config &config, const QString &symbolName, const 
     return image.isNull() ? fallbackSymbol(config, symbolName, scale) : image;
 }
 
+namespace {
+
+/// The element of the current theme's folder, else that of the theme 2024.
+QImage elementImage(const Config &config, const QString &element, qreal scale)
+{
+    return themedImage(config, QStringLiteral("2024-") + element, element + QStringLiteral(".png"), scale);
+}
+
+} // namespace
+
 QImage tabLeadingImage(const Config &config, qreal scale)
 {
-    return themedImage(config, QStringLiteral("2024-tab-leading"), QStringLiteral("tab-leading.png"), scale);
+    return elementImage(config, QStringLiteral("tab-leading"), scale);
 }
 
 QImage tabTrailingImage(const Config &config, qreal scale)
 {
-    return themedImage(config, QStringLiteral("2024-tab-trailing"), QStringLiteral("tab-trailing.png"),
-                       scale);
+    return elementImage(config, QStringLiteral("tab-trailing"), scale);
 }
 
 QImage tileImage(const Config &config, qreal scale)
 {
-    return themedImage(config, QStringLiteral("2024-tile"), QStringLiteral("tile.png"), scale);
+    return elementImage(config, QStringLiteral("tile"), scale);
 }
 
 QImage tabLeadingVerticalImage(const Config &config, qreal scale)
 {
-    return themedImage(config, QStringLiteral("2024-tab-leading-vertical"),
-                       QStringLiteral("tab-leading-vertical.png"), scale);
+    return elementImage(config, QStringLiteral("tab-leading-vertical"), scale);
 }
 
 QImage tabTrailingVerticalImage(const Config &config, qreal scale)
 {
-    return themedImage(config, QStringLiteral("2024-tab-trailing-vertical"),
-                       QStringLiteral("tab-trailing-vertical.png"), scale);
+    return elementImage(config, QStringLiteral("tab-trailing-vertical"), scale);
 }
 
 QImage tileVerticalImage(const Config &config, qreal scale)
 {
-    return themedImage(config, QStringLiteral("2024-tile-vertical"), QStringLiteral("tile-vertical.png"),
-                       scale);
+    return elementImage(config, QStringLiteral("tile-vertical"), scale);
 }
 
 QImage closeImage(const Config &config, qreal scale)
 {
-    return themedImage(config, QStringLiteral("2024-close"), QStringLiteral("close.png"), scale);
+    return elementImage(config, QStringLiteral("close"), scale);
 }
 
 QImage minimizeImage(const Config &config, qreal scale)
 {
-    return themedImage(config, QStringLiteral("2024-minimize"), QStringLiteral("minimize.png"), scale);
+    return elementImage(config, QStringLiteral("minimize"), scale);
 }
 
 QImage calendarImage(const Config &config, qreal scale)
