@@ -147,8 +147,9 @@ std::optional<QString> decodeUtf8(QByteArrayView bytes, Error *error)
 {
     if (bytes.startsWith("\xEF\xBB\xBF"))
         bytes = bytes.sliced(3);
-    if (bytes.isValidUtf8())
-        return QString::fromUtf8(bytes);
+    if (bytes.isValidUtf8()) { // QString::fromUtf8 would skip a second mark, which is text
+        return QString(QStringDecoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom)(bytes));
+    }
     if (error)
         *error = {QStringLiteral("UTF-8"), 1, QStringLiteral("The text is not valid UTF-8."), QString()};
     return std::nullopt;

@@ -102,14 +102,18 @@ QImage decodeImage(const QByteArray &bytes, int density)
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer, format);
     reader.setAutoDetectImageFormat(false);
-    const QSize size = reader.size();
-    if (size.isEmpty() || size.width() > maxImageSide || size.height() > maxImageSide)
+    const auto fits = [](QSize size) {
+        return !size.isEmpty() && size.width() <= maxImageSide && size.height() <= maxImageSide;
+    };
+    if (!fits(reader.size()))
         return QImage();
     QImage image = reader.read();
+    if (!fits(image.size())) // a GIF's canvas may be larger than its first frame
+        return QImage();
     image.convertTo(QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(1);
-    if (std::abs(image.dotsPerMeterX() - doubleDensity) <= 1
-        && std::abs(image.dotsPerMeterY() - doubleDensity) <= 1)
+    const auto isDouble = [](qint64 dots) { return std::abs(dots - doubleDensity) <= 1; };
+    if (isDouble(image.dotsPerMeterX()) && isDouble(image.dotsPerMeterY()))
         image.setDevicePixelRatio(2);
     return image;
 }

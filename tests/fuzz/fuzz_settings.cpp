@@ -2,6 +2,7 @@
 // Any bytes may stand where the settings file is: they load or are refused with a reason, and what loads is
 // written as a text that loads as the same records.
 #include "model/settingsjson.h"
+#include "model/uuidtext.h"
 
 #include <cstdlib>
 
@@ -9,6 +10,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     platform::Error error;
     const QByteArrayView bytes(data, qsizetype(size));
+    const auto id = model::uuidFromText(bytes);
+    if (id && model::uuidText(*id).toLatin1() != QByteArray(bytes.data(), bytes.size()).toUpper())
+        std::abort();
     const auto records = model::settingsFromJson(bytes, &error);
     if (!records) {
         if (error.description().isEmpty() || error.description().contains(u'\n'))

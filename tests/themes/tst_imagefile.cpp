@@ -101,6 +101,10 @@ private Q_SLOTS:
         for (const int place : {18, 22}) // width and height
             huge.replace(place, 4, QByteArray("\x30\x75\0\0", 4));
         check("30,000 by 30,000 pixels by its header", huge);
+        for (const char *size : {"\x01\x09", "\xff\xff"})
+            check("gif of a small frame in a large canvas", QByteArray(gif).replace(6, 2, size, 2));
+        QByteArray below = encoded(striped(QSize(8, 8)), "bmp"); // -2^31 dots per metre, whose sum overflowed
+        QCOMPARE(reading(below.replace(38, 4, QByteArray("\0\0\0\x80", 4))).size(), QSize(8, 8));
         check("svg cut off", drawing.left(drawing.size() / 2));
         check("svg of 30,000 points", QByteArray(drawing).replace("'20'", "'30000'"));
         const auto svgHolding = [](const QByteArray &shapes) {
