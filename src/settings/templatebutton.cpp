@@ -80,7 +80,7 @@ void TemplateButton::paintEvent(QPaintEvent *)
         painter.drawText(QRect(0, y, width(), lineHeight), Qt::AlignCenter | Qt::TextSingleLine, line);
         y += lineHeight;
     }
-    if (hasFocus())
+    if (widgets::showsFocus(*this))
         widgets::drawFocusRing(painter, QRectF(rect()).adjusted(2, 2, -2, -2), Qt::white);
 }
 

@@ -99,6 +99,7 @@ void Commands::syncTileCommands()
 
 void Commands::toggleTileMenu(const QUuid &id)
 {
+    m_window.setAttribute(Qt::WA_KeyboardFocusChange); // the popover's first row is to show its focus
     m_config.editTile(id, [](TileItem &tile) { tile.tileMenuVisible = !tile.tileMenuVisible; });
 }
 

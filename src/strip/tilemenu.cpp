@@ -6,6 +6,7 @@
 #include "strip/linklistmodel.h"
 #include "strip/services.h"
 #include "themes/symbolimage.h"
+#include "widgets/focusring.h"
 #include "widgets/metrics.h"
 
 #include <QKeyEvent>
@@ -58,11 +59,9 @@ public:
         painter->setFont(option.font);
         painter->drawText(text, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                           option.fontMetrics.elidedText(name, Qt::ElideRight, text.width()));
-        if (option.state & QStyle::State_HasFocus) {
+        if (index == m_menu.currentIndex() && widgets::showsFocus(m_menu)) {
             painter->setOpacity(1);
-            painter->setRenderHint(QPainter::Antialiasing);
-            painter->setPen(QPen(option.palette.color(QPalette::Highlight), 2));
-            painter->drawRoundedRect(QRectF(option.rect).adjusted(1, 1, -1, -1), 4, 4);
+            widgets::drawFocusRing(*painter, option.rect, option.palette.color(QPalette::Highlight));
         }
         painter->restore();
     }
@@ -136,6 +135,7 @@ void TileMenu::setHoveredIndex(const std::optional<QString> &address)
 
 void TileMenu::keyPressEvent(QKeyEvent *event)
 {
+    window()->setAttribute(Qt::WA_KeyboardFocusChange);
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space)
         open(currentIndex());
     else

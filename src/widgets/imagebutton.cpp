@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/imagebutton.h"
 
+#include "widgets/focusring.h"
 #include "widgets/windowdrag.h"
 
 #include <QBitmap>
@@ -15,7 +16,6 @@ namespace widgets {
 namespace {
 
 constexpr qreal pressedOpacity = 0.5;
-constexpr int focusRingWidth = 2; // points
 
 /// The device pixels that the widget covers in its window: at a scale of 1.25 two widgets of one size may
 /// differ by a pixel, since both of their edges are rounded.
@@ -106,11 +106,8 @@ void ImageButton::paintEvent(QPaintEvent *)
     } else {
         painter.drawPixmap(0, 0, m_composed);
     }
-    if (hasFocus() && window()->isActiveWindow()) {
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(palette().color(QPalette::Highlight), focusRingWidth));
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 4, 4);
-    }
+    if (showsFocus(*this) && window()->isActiveWindow())
+        drawFocusRing(painter, rect(), palette().color(QPalette::Highlight));
 }
 
 void ImageButton::mousePressEvent(QMouseEvent *event)

@@ -64,6 +64,7 @@ void Popover::open(Activation activation)
         openPopover()->dismiss();
     openPopover() = this;
     setAttribute(Qt::WA_ShowWithoutActivating, activation == Activation::LeaveFocus);
+    setAttribute(Qt::WA_KeyboardFocusChange, m_anchor.window()->testAttribute(Qt::WA_KeyboardFocusChange));
     place();
     qApp->installEventFilter(this);
     m_pressWatcher.emplace([this] {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/rowbutton.h"
 
+#include "widgets/focusring.h"
 #include "widgets/metrics.h"
 
 #include <QKeyEvent>
@@ -60,11 +61,9 @@ void RowButton::paintEvent(QPaintEvent *)
     painter.setPen(palette().color(QPalette::WindowText));
     // To the painter of a mirrored widget, left is where lines begin.
     painter.drawText(row, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, text());
-    if (hasFocus()) {
+    if (showsFocus(*this)) {
         painter.setOpacity(1);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 4, 4);
+        drawFocusRing(painter, rect(), palette().color(QPalette::Highlight));
     }
 }
 

@@ -98,7 +98,7 @@ void Segment::paintEvent(QPaintEvent *)
     painter.setPen(ink);
     painter.drawText(text, Qt::AlignCenter | Qt::TextSingleLine,
                      fontMetrics().elidedText(m_text, Qt::ElideRight, text.width()));
-    if (hasFocus())
+    if (showsFocus(*this))
         drawFocusRing(painter, QRectF(rect()).adjusted(2, 2, -2, -2),
                       chosen ? ink : colors.color(QPalette::Highlight));
 }
