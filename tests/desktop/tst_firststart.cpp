@@ -54,6 +54,7 @@ class TestFirstStart : public QObject
 private Q_SLOTS:
     void makesTheApplicationFolderOnce();
     void settingsFileIsWrittenFourTimes();
+    void aDamagedFileIsRestoredByHand();
 };
 
 void TestFirstStart::makesTheApplicationFolderOnce()
@@ -120,6 +121,36 @@ void TestFirstStart::settingsFileIsWrittenFourTimes()
         return count;
     };
     QTRY_COMPARE(writes(), 4);
+}
+
+/// As docs/FILES.md tells, before and after a start has put the sample tiles in place.
+void TestFirstStart::aDamagedFileIsRestoredByHand()
+{
+    Desktop desktop;
+    const auto startAndEnd = [&desktop] {
+        Program strip(desktop, QStringLiteral(PW_PROGRAM));
+        const bool shown = !strip.waitForWindow().isNull();
+        strip.terminate();
+        return shown && strip.waitForExit() == 0;
+    };
+    const auto shell = [&desktop](const QString &command) {
+        return desktop.run(u"bash"_qs, {u"-c"_qs, command});
+    };
+    const QString file = u" ~/Documents/\"pondWicket ƒ\"/pondWicket-settings.json"_qs;
+    QVERIFY(startAndEnd());
+    const QByteArray whole = shell(u"cat"_qs + file);
+    QVERIFY(!whole.isEmpty());
+    shell(u"truncate -s 100"_qs + file);
+    shell(u"cp ~/.local/state/pondWicket/last-good.json"_qs + file);
+    QVERIFY(startAndEnd());
+    QCOMPARE(shell(u"cat"_qs + file), whole);
+
+    shell(u"truncate -s 100"_qs + file);
+    QVERIFY(startAndEnd());
+    QVERIFY(shell(u"cat"_qs + file) != whole);
+    shell(u"cp $(ls -t ~/.local/state/pondWicket/last-good-*.json | head -n 1)"_qs + file);
+    QVERIFY(startAndEnd());
+    QCOMPARE(shell(u"cat"_qs + file), whole);
 }
 
 QTEST_GUILESS_MAIN(TestFirstStart)
