@@ -12,7 +12,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-/// The settings window of a program with some tiles and no themes on disk.
+/// The settings window of a program with some tiles and no themes on disk, open at its last tab.
 class SettingsFixture
 {
 public:
@@ -23,6 +23,7 @@ public:
         model::saveSettings(config);
         watcher.emplace(model::applicationFolder(config));
         open();
+        saves();
     }
 
     void open()
@@ -30,38 +31,33 @@ public:
         window = std::make_unique<SettingsView>(config, panel);
         window->show();
         window->setCurrentIndex(window->count() - 1);
-        redraw();
     }
-    /// Delivers what changes have put off.
-    static void redraw() { QCoreApplication::processEvents(); }
+    /// How often the settings were saved since the last call, what changes have put off included.
     int saves()
     {
-        redraw();
+        QCoreApplication::processEvents();
         return watcher->saves();
     }
     const TileItem &tile(int index = 0) const { return config.tileItems().at(index); }
-    template <typename T> T &find(const char *name) const
+    template <typename T = QWidget> T &find(const char *name) const
     {
         T *found = window->findChild<T *>(QLatin1String(name));
-        if (!found)
-            qFatal("no %s", name);
+        Q_ASSERT_X(found, "find", name);
         return *found;
     }
-    void setLinks(const QList<TileMenuItem> &links, int index = 0)
+    void click(const char *name) const { QTest::mouseClick(&find(name), Qt::LeftButton); }
+    void setLinks(const QStringList &addresses)
     {
-        config.editTile(tile(index).id, [&links](TileItem &item) { item.tileMenuItems = links; });
-        redraw();
-    }
-    static TileMenuItem link(const QString &address, const QString &name = QStringLiteral("name"))
-    {
-        TileMenuItem item;
-        item.itemString = address;
-        item.itemName = name;
-        return item;
+        config.editTile(tile().id, [&addresses](TileItem &item) {
+            item.tileMenuItems.clear();
+            for (const QString &address : addresses)
+                item.tileMenuItems.append({QUuid::createUuid(), address, u"name"_qs});
+        });
+        saves();
     }
 
-    QTemporaryDir home{QDir::homePath() + QStringLiteral("/.settings-test-XXXXXX")};
-    Config config{home.path(), home.filePath(QStringLiteral("state"))};
+    QTemporaryDir home{QDir::homePath() + u"/.settings-test-XXXXXX"_qs};
+    Config config{home.path(), home.filePath(u"state"_qs)};
     FakeFilePanel panel;
     std::optional<SaveWatcher> watcher;
     std::unique_ptr<SettingsView> window;
