@@ -1,77 +1,49 @@
 // SPDX-License-Identifier: MIT
-#include "strip/contentview.h"
-#include "strip/tile.h"
+#include "stripfixture.h"
+
 #include "strip/tilemenu.h"
 #include "support/stdoutcapture.h"
-#include "support/stripworld.h"
 
 #include <QDropEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
-#include <QTest>
 #include <QToolButton>
 
-using namespace support;
-using widgets::Popover;
+namespace {
+
+QAction *action(const StripFixture &fixture, const QString &text)
+{
+    QMenu *menu = fixture.popover()->findChild<QToolButton *>(u"Actions"_qs)->menu();
+    Q_EMIT menu->aboutToShow();
+    for (QAction *action : menu->actions()) {
+        if (action->text() == text)
+            return action;
+    }
+    return nullptr;
+}
+
+} // namespace
 
 class TestTile : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_world.emplace(); }
-
-    void cleanup()
-    {
-        m_strip.reset();
-        m_world.reset();
-    }
-
-    void clickOpensTheLinkOrTheMenu_data()
-    {
-        QTest::addColumn<QStringList>("links");
-        QTest::addColumn<bool>("notes");
-        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
-        QTest::addColumn<QString>("opened"); // the address; empty when the popover opens
-        const Qt::KeyboardModifiers none = Qt::NoModifier;
-        const Qt::KeyboardModifiers alt = Qt::AltModifier;
-        const QStringList one = {QStringLiteral("HTTPS://Example.org/%7Ea")};
-        QTest::newRow("one link") << one << false << none << one.first();
-        QTest::newRow("one link, Alt held") << one << false << alt << QString();
-        QTest::newRow("one link and notes") << one << true << none << QString();
-        QTest::newRow("no links") << QStringList() << false << none << QString();
-        QTest::newRow("two links") << QStringList{QStringLiteral("tel:1"), QStringLiteral("tel:2")} << false
-                                   << none << QString();
-    }
-
     void clickOpensTheLinkOrTheMenu()
     {
-        QFETCH(QStringList, links);
-        QFETCH(bool, notes);
-        QFETCH(Qt::KeyboardModifiers, modifiers);
-        QFETCH(QString, opened);
-        const TileItem item = m_world->addTile(QStringLiteral("a"), links);
-        m_world->config.editTile(item.id, [notes](TileItem &tile) { tile.showsScratchpad = notes; });
-        showStrip();
-        StdoutCapture output; // the notes of a tile without a folder say so
-        QTest::mouseClick(tile(), Qt::LeftButton, modifiers);
-        QCOMPARE(m_world->opener.addresses, opened.isEmpty() ? QStringList() : QStringList{opened});
-        QCOMPARE(popover() != nullptr, opened.isEmpty());
-    }
-
-    void rightButtonAndMenuKeyOpenTheMenu()
-    {
-        m_world->addTile(QStringLiteral("a"), {QStringLiteral("tel:1")});
-        showStrip();
-        for (const auto reason : {QContextMenuEvent::Mouse, QContextMenuEvent::Keyboard}) {
-            QContextMenuEvent event(reason, QPoint(22, 22), QPoint(22, 22));
-            QCoreApplication::sendEvent(tile(), &event);
-            QVERIFY(popover());
-            popover()->dismiss();
-            QVERIFY(!popover());
+        const QStringList one = {u"HTTPS://Example.org/%7Ea"_qs};
+        using Case = std::tuple<QStringList, Qt::KeyboardModifier, QStringList>;
+        for (const auto &[links, modifier, opened] :
+             {Case{one, Qt::NoModifier, one}, Case{one, Qt::AltModifier, {}},
+              Case{QStringList(), Qt::NoModifier, {}}, Case{one + one, Qt::NoModifier, {}}}) {
+            StripFixture fixture;
+            fixture.addTile(u"a"_qs, links);
+            fixture.show();
+            QTest::mouseClick(fixture.tile(), Qt::LeftButton, modifier);
+            QCOMPARE(fixture.opener.addresses, opened);
+            QCOMPARE(fixture.popover() != nullptr, opened.isEmpty());
         }
-        QVERIFY(m_world->opener.addresses.isEmpty());
     }
 
     /// Whether the popover is open is the view's own flag. The one in Config only starts a new view's, so a
@@ -79,172 +51,102 @@ private Q_SLOTS:
     /// presses to come back.
     void popoverFollowsTheTwoFlags()
     {
-        const TileItem item =
-            m_world->addTile(QStringLiteral("a"), {QStringLiteral("tel:1"), QStringLiteral("tel:2")});
-        showStrip();
-        const auto press = [&] {
-            m_world->config.editTile(item.id,
-                                     [](TileItem &tile) { tile.tileMenuVisible = !tile.tileMenuVisible; });
+        StripFixture fixture(1);
+        fixture.show();
+        const auto isOpenAfter = [&fixture](const std::function<void(TileItem &)> &change) {
+            fixture.config.editTile(fixture.config.tileItems().first().id, change);
             QCoreApplication::processEvents();
+            return fixture.popover() != nullptr;
         };
-        const auto rename = [&](const QString &name) {
-            m_world->config.editTile(item.id, [&name](TileItem &tile) { tile.tileName = name; });
-            QCoreApplication::processEvents();
-        };
+        const auto press = [](TileItem &tile) { tile.tileMenuVisible = !tile.tileMenuVisible; };
+        const auto rename = [](TileItem &tile) { tile.tileName += u'x'; };
 
-        QTest::mouseClick(tile(), Qt::LeftButton);
-        QVERIFY(popover());
-        rename(QStringLiteral("b"));
-        QVERIFY(!popover());
-
-        press();
-        QVERIFY(popover());
-        rename(QStringLiteral("c"));
-        QVERIFY(popover());
-        popover()->dismiss();
-        press();
-        QVERIFY(!popover());
-        press();
-        QVERIFY(popover());
+        QTest::mouseClick(fixture.tile(), Qt::LeftButton);
+        QVERIFY(fixture.popover());
+        QVERIFY(!isOpenAfter(rename));
+        QVERIFY(isOpenAfter(press));
+        QVERIFY(isOpenAfter(rename));
+        fixture.popover()->dismiss();
+        QVERIFY(!isOpenAfter(press));
+        QVERIFY(isOpenAfter(press));
     }
 
     void rowsOpenTheirLinks()
     {
-        m_world->addTile(
-            QStringLiteral("a"),
-            {QStringLiteral("tel:1"), QString(), QStringLiteral("example.org/x"), m_world->folder.path()});
-        showStrip();
-        QTest::mouseClick(tile(), Qt::LeftButton);
-        auto *menu = popover()->findChild<TileMenu *>();
+        StripFixture fixture;
+        fixture.addTile(u"a"_qs, {u"tel:1"_qs, QString(), u"example.org/x"_qs, fixture.folder.path()});
+        fixture.show();
+        QTest::mouseClick(fixture.tile(), Qt::LeftButton);
+        auto *menu = fixture.popover()->findChild<TileMenu *>();
+        const auto place = [menu](int i) { return menu->visualRect(menu->model()->index(i, 0)).center(); };
         StdoutCapture output;
-        const auto click = [menu](int row) {
-            QTest::mouseClick(menu->viewport(), Qt::LeftButton, {},
-                              menu->visualRect(menu->model()->index(row, 0)).center());
-        };
         for (int row = 0; row < 4; ++row)
-            click(row);
-        const qsizetype invalid = output.lines().filter(QStringLiteral("Invalid URL")).size();
-        QCOMPARE(m_world->opener.addresses,
-                 QStringList({QStringLiteral("tel:1"), QStringLiteral("example.org/x")}));
-        QCOMPARE(m_world->opener.files, QStringList{m_world->folder.path()});
-        QCOMPARE(invalid, 1);
-        QVERIFY(popover()); // opening closes nothing
-
+            QTest::mouseClick(menu->viewport(), Qt::LeftButton, {}, place(row));
+        QCOMPARE(output.lines().filter(u"Invalid URL"_qs).size(), 1);
+        QVERIFY(fixture.popover()); // opening closes nothing
+        QTest::mouseMove(menu->viewport(), place(2));
+        QTRY_COMPARE(menu->hoveredIndex().value_or(QString()), u"example.org/x"_qs);
         menu->setCurrentIndex(menu->model()->index(0, 0));
         QTest::keyClick(menu, Qt::Key_Return);
-        QCOMPARE(m_world->opener.addresses.size(), 3);
+        QCOMPARE(fixture.opener.addresses, QStringList({u"tel:1"_qs, u"example.org/x"_qs, u"tel:1"_qs}));
+        QCOMPARE(fixture.opener.files, QStringList{fixture.folder.path()});
     }
 
     void actionsOfTheMenu()
     {
-        const TileItem item = m_world->addTile(QStringLiteral("a"), {QStringLiteral("tel:1")});
-        showStrip();
-        const auto open = [this] {
-            QTest::mouseClick(tile(), Qt::LeftButton, Qt::AltModifier);
-            QVERIFY(popover());
-        };
-        open();
-        action(QStringLiteral("Edit…"))->trigger();
-        QCOMPARE(m_world->settingsOpened, 1);
-        StdoutCapture output;
-        action(QStringLiteral("Show notes"))->trigger();
-        QVERIFY(m_world->config.tile(item.id)->showsScratchpad);
-        QTRY_VERIFY(!popover());
-        open();
-        QVERIFY(!action(QStringLiteral("Show notes")));
-        action(QStringLiteral("Hide notes"))->trigger();
-        QTRY_VERIFY(!popover());
-        open();
-        action(QStringLiteral("Remove tile"))->trigger(); // from inside the view that goes
-        QVERIFY(m_world->config.tileItems().isEmpty());
-        QTRY_VERIFY(!tile());
+        StripFixture fixture;
+        const TileItem item = fixture.addTile(u"a"_qs, {u"tel:1"_qs});
+        fixture.show();
+        QContextMenuEvent rightButton(QContextMenuEvent::Mouse, QPoint(22, 22), QPoint(22, 22));
+        QCoreApplication::sendEvent(fixture.tile(), &rightButton);
+        action(fixture, u"Edit…"_qs)->trigger();
+        QCOMPARE(fixture.settingsOpened, 1);
+        StdoutCapture output; // the notes of a tile without a folder say so
+        action(fixture, u"Show notes"_qs)->trigger();
+        QVERIFY(fixture.config.tile(item.id)->showsScratchpad);
+        QTRY_VERIFY(!fixture.popover());
+        QTest::mouseClick(fixture.tile(), Qt::LeftButton); // with notes the only link is no button
+        QVERIFY(action(fixture, u"Hide notes"_qs));
+        action(fixture, u"Remove tile"_qs)->trigger(); // from inside the view that goes
+        QVERIFY(fixture.config.tileItems().isEmpty() && fixture.opener.addresses.isEmpty());
+        QTRY_VERIFY(!fixture.tile());
     }
 
     /// The panel runs in a loop of its own: the tile was removed in the settings window while it was open,
     /// and the view that had asked was used after its end.
     void panelsOutliveTheTile()
     {
-        const TileItem item = m_world->addTile(QStringLiteral("a"), {});
-        showStrip();
-        QTest::mouseClick(tile(), Qt::LeftButton);
-        m_world->filePanel.answer = m_world->folder.path();
-        m_world->filePanel.meanwhile = [this] {
-            m_world->config.setTileItems({});
+        StripFixture fixture;
+        fixture.addTile(u"<img src=x>"_qs, {});
+        fixture.show();
+        QVERIFY(!fixture.tile()->toolTip().contains(u"<img"_qs)); // a name is text, not markup
+        QTest::mouseClick(fixture.tile(), Qt::LeftButton);
+        QCOMPARE(fixture.popover()->findChild<QLabel *>()->text(), u"Nothing to see here!"_qs);
+        fixture.filePanel.answer = fixture.folder.path();
+        fixture.filePanel.meanwhile = [&fixture] {
+            fixture.config.setTileItems({});
             QCoreApplication::sendPostedEvents();
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         };
-        action(QStringLiteral("Add application or file…"))->trigger();
-        QTRY_COMPARE(m_world->filePanel.titles, QStringList{QStringLiteral("Link application or file")});
-        QVERIFY(m_world->config.tileItems().isEmpty());
-        QVERIFY(!tile());
+        action(fixture, u"Add application or file…"_qs)->trigger();
+        QTRY_COMPARE(fixture.filePanel.titles, QStringList{u"Link application or file"_qs});
+        QVERIFY(fixture.config.tileItems().isEmpty() && !fixture.tile());
     }
 
     void takesWhatIsDropped()
     {
-        const TileItem item = m_world->addTile(QStringLiteral("a"), {});
-        showStrip();
+        StripFixture fixture(1);
+        fixture.show();
         QMimeData data;
-        data.setText(QStringLiteral("see https://example.org/x"));
-        QDropEvent drop(QPointF(22, 22), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
-                        Qt::NoModifier);
-        QDragEnterEvent enter(QPoint(22, 22), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
-                              Qt::NoModifier);
-        QCoreApplication::sendEvent(tile(), &enter);
+        data.setText(u"see https://example.org/x"_qs);
+        QDragEnterEvent enter({22, 22}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(fixture.tile(), &enter);
         QVERIFY(enter.isAccepted());
-        QCoreApplication::sendEvent(tile(), &drop);
+        QDropEvent drop({22, 22}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(fixture.tile(), &drop);
         QCOMPARE(drop.dropAction(), Qt::CopyAction);
-        QTRY_COMPARE(m_world->config.tile(item.id)->tileMenuItems.size(), 1);
+        QTRY_COMPARE(fixture.config.tileItems().first().tileMenuItems.size(), 1);
     }
-
-    void emptyTileSaysSo()
-    {
-        m_world->addTile(QStringLiteral("<img src=x>"), {});
-        showStrip();
-        QVERIFY(!tile()->toolTip().contains(QLatin1String("<img"))); // a name is text, not markup
-        QTest::mouseClick(tile(), Qt::LeftButton);
-        QCOMPARE(popover()->findChild<QLabel *>()->text(), QStringLiteral("Nothing to see here!"));
-    }
-
-private:
-    void showStrip()
-    {
-        m_strip.emplace(m_world->config, m_world->services);
-        m_strip->resize(m_strip->sizeHint());
-        m_strip->show();
-        QVERIFY(QTest::qWaitForWindowExposed(&*m_strip));
-    }
-
-    Tile *tile() const
-    {
-        for (Tile *tile : m_strip->findChildren<Tile *>()) {
-            if (!tile->isHidden())
-                return tile;
-        }
-        return nullptr;
-    }
-
-    Popover *popover() const
-    {
-        for (Popover *popover : m_strip->findChildren<Popover *>()) {
-            if (popover->isVisible())
-                return popover;
-        }
-        return nullptr;
-    }
-
-    QAction *action(const QString &text) const
-    {
-        QMenu *menu = popover()->findChild<QToolButton *>(QStringLiteral("Actions"))->menu();
-        Q_EMIT menu->aboutToShow();
-        for (QAction *action : menu->actions()) {
-            if (action->text() == text)
-                return action;
-        }
-        return nullptr;
-    }
-
-    std::optional<StripWorld> m_world;
-    std::optional<ContentView> m_strip;
 };
 
 QTEST_MAIN(TestTile)
