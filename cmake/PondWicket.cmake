@@ -74,7 +74,7 @@ function(pw_tests folder)
         target_compile_definitions(${name} PRIVATE PW_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data")
         add_test(NAME ${folder}/${name} COMMAND ${name})
         set_tests_properties(${folder}/${name} PROPERTIES
-            LABELS ${folder} TIMEOUT 300
+            LABELS ${folder} TIMEOUT 900
             ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_FORCE_STDERR_LOGGING=1;LSAN_OPTIONS=${leaks}")
     endforeach()
 endfunction()
