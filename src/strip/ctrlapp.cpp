@@ -7,6 +7,7 @@
 #include "platform/addressopener.h"
 #include "platform/aliasresolver.h"
 #include "platform/applicationid.h"
+#include "platform/copyingdrags.h"
 #include "platform/desktoptheme.h"
 #include "platform/filepanel.h"
 #include "platform/floatingwindow.h"
@@ -86,6 +87,7 @@ ctrlApp::ctrlApp(int &argc, char **argv)
     setDesktopFileName(platform::applicationId());
     setAttribute(Qt::AA_DisableSessionManager);
     setQuitOnLastWindowClosed(false);
+    installEventFilter(new platform::CopyingDrags(this));
     platform::installTranslations();
     strip::installAccessibility();
 }
