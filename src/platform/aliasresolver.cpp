@@ -19,9 +19,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int maxSteps = 16; // alias files that lead to alias files
-constexpr auto nearbyTime = 12ms; // for the recorded folders, out of the 20 that one link may take
-constexpr auto quickSearchTime = 4ms; // for a look around before the worker is asked
-constexpr qsizetype quickSearchFolders = 3;
+constexpr auto nearbyTime = 8ms; // for all that is looked through before the worker, of 20 for one link
+constexpr qsizetype nearbyFolders = 3; // whose subfolders are looked through, too, in what is left of it
 constexpr qsizetype maxRemembered = 4096; // entries of each memory; then it starts anew
 
 std::nullopt_t notFound(Error *error, const QByteArray &path, int number)
@@ -166,8 +165,9 @@ std::optional<AliasResolver::Place> AliasResolver::follow(const Entry &entry, co
         return place;
     if (std::optional<Place> place = accept(searchedPlace(entry), entry))
         return place;
+    const SearchLimit limit = SearchLimit::after(nearbyTime);
     QList<QByteArray> standing;
-    if (std::optional<Place> place = accept(nearbyPlace(entry, standing), entry))
+    if (std::optional<Place> place = accept(nearbyPlace(entry, limit, standing), entry))
         return place;
     if (!record.relativePath.isEmpty()) {
         const QByteArray relative = absolutePath(record.relativePath, parentPath(aliasFile));
@@ -177,11 +177,10 @@ std::optional<AliasResolver::Place> AliasResolver::follow(const Entry &entry, co
     if (!m_search.isWorthwhile(record))
         return std::nullopt;
     std::optional<QByteArray> found;
-    findBelowFolders(standing, chainOf(record), SearchLimit::after(quickSearchTime),
-                     [&](const SearchHit &hit) {
-                         found = descend(record, hit.index, hit.path);
-                         return !found;
-                     });
+    findBelowFolders(standing, chainOf(record), limit, [&](const SearchHit &hit) {
+        found = descend(record, hit.index, hit.path);
+        return !found;
+    });
     if (std::optional<Place> place = accept(found, entry))
         return place;
     m_search.start(record);
@@ -201,11 +200,11 @@ std::optional<QByteArray> AliasResolver::searchedPlace(const Entry &entry)
 
 /// The target in its recorded folder under another name, or below one of the folders above when one of those
 /// was moved or renamed. `standing` takes the nearest folders that still stand where they were.
-std::optional<QByteArray> AliasResolver::nearbyPlace(const Entry &entry, QList<QByteArray> &standing)
+std::optional<QByteArray> AliasResolver::nearbyPlace(const Entry &entry, const SearchLimit &limit,
+                                                     QList<QByteArray> &standing)
 {
     const AliasRecord &record = entry.record;
     const QList<FileIdentity> chain = chainOf(record);
-    const SearchLimit limit = SearchLimit::after(nearbyTime);
     QByteArray folder = record.path;
     for (qsizetype level = 1; level <= record.folders.size() && folder != "/" && !limit.isReached();
          ++level) {
@@ -216,7 +215,7 @@ std::optional<QByteArray> AliasResolver::nearbyPlace(const Entry &entry, QList<Q
         const std::optional<FileIdentity> present = identify(folder);
         if (level > 1 && (!present || !isSameFile(record.folders.at(level - 1), *present)))
             continue;
-        if (standing.size() < quickSearchFolders)
+        if (standing.size() < nearbyFolders)
             standing.append(folder);
         const FileStamp stamp = FileStamp::of(place->status);
         const QByteArray missKey = entry.key + '\0' + folder;

@@ -68,7 +68,8 @@ private:
     std::optional<Place> accept(const std::optional<QByteArray> &path, const Entry &entry);
     std::optional<Place> recordedPlace(const Entry &entry);
     std::optional<QByteArray> searchedPlace(const Entry &entry);
-    std::optional<QByteArray> nearbyPlace(const Entry &entry, QList<QByteArray> &standing);
+    std::optional<QByteArray> nearbyPlace(const Entry &entry, const SearchLimit &limit,
+                                          QList<QByteArray> &standing);
 
     LiveHints m_hints;
     std::unique_ptr<MountTable> m_mounts;

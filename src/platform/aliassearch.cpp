@@ -19,7 +19,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr auto roundTime = 3s;
 constexpr auto exitPatience = 1s; // for a worker that is inside a call when the program ends
-constexpr auto descentTime = 20ms;
+constexpr auto descentTime = 4ms; // also on the interface thread
 
 struct Result
 {

@@ -21,7 +21,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto patience = 15ms; // that a network file system gets, out of the 20 that one link may take
+constexpr auto patience = 8ms; // that a network file system gets, out of the 20 that one link may take
 constexpr auto trust = 1s; // how long its answer stands for the next questions
 constexpr int maxLinks = 40; // symbolic links in one path, as in the kernel
 
