@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files.h"
 
+#include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
 #include <QStringDecoder>
 
 #include <cerrno>
 #include <cstdio>
+#include <ctime>
 #include <utility>
 
 #include <fcntl.h>
@@ -16,6 +18,9 @@
 namespace platform {
 
 namespace {
+
+/// What files are called until they are whole; a number in hexadecimal digits follows.
+constexpr QLatin1String unfinished(".pondwicket-");
 
 /// A file that is closed at the end of the scope.
 class Descriptor
@@ -181,7 +186,7 @@ bool writeAtomically(const QString &path, QByteArrayView bytes, Error *error, un
     // A short name of its own: the target's may already be as long as names can be. Its number comes from the
     // system, since a forked process would go on with its parent's numbers and meet files that a killed one
     // left.
-    const QString fresh = target.first(target.lastIndexOf(u'/') + 1) + QStringLiteral(".pondwicket-")
+    const QString fresh = target.first(target.lastIndexOf(u'/') + 1) + unfinished
         + QString::number(QRandomGenerator::system()->generate64(), 16);
     Descriptor file(fresh, O_WRONLY | O_CREAT | O_EXCL, replaces ? 0600 : mode);
     if (file.number() < 0)
@@ -192,6 +197,27 @@ bool writeAtomically(const QString &path, QByteArrayView bytes, Error *error, un
     failed();
     ::unlink(QFile::encodeName(fresh).constData());
     return false;
+}
+
+void removeLeftovers(const QString &folder, qint64 age)
+{
+    for (const QString &name : QDir(folder).entryList({unfinished + u'*'}, QDir::Files | QDir::Hidden)) {
+        const QString number = name.sliced(unfinished.size());
+        const QByteArray path = QFile::encodeName(folder + u'/' + name);
+        struct stat status;
+        if (QString::number(number.toULongLong(nullptr, 16), 16) == number
+            && ::lstat(path.constData(), &status) == 0 && S_ISREG(status.st_mode)
+            && status.st_uid == ::geteuid() && ::time(nullptr) - status.st_ctim.tv_sec >= age)
+            ::unlink(path.constData());
+    }
+}
+
+void flushToDisk(const QString &path)
+{
+    const Descriptor file(path, O_RDONLY);
+    struct stat status;
+    if (file.isRegularFile(&status))
+        ::fdatasync(file.number());
 }
 
 bool writeBySwapping(const QString &path, const QString &spare, QByteArrayView bytes, Error *error)

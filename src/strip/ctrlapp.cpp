@@ -3,13 +3,17 @@
 
 #include "links/openlink.h"
 #include "model/config.h"
+#include "model/safetycopies.h"
 #include "model/settingsstore.h"
+#include "model/tiles.h"
 #include "platform/addressopener.h"
 #include "platform/aliasresolver.h"
 #include "platform/applicationid.h"
+#include "platform/background.h"
 #include "platform/copyingdrags.h"
 #include "platform/desktoptheme.h"
 #include "platform/filepanel.h"
+#include "platform/files.h"
 #include "platform/floatingwindow.h"
 #include "platform/report.h"
 #include "platform/singleinstance.h"
@@ -147,14 +151,24 @@ void ctrlApp::tidyUp()
 {
     themes::saveImageCache();
 
+    const Config &config = m_parts->config;
     QList<QByteArray> aliases;
-    for (const TileItem &tile : m_parts->config.tileItems()) {
+    QStringList folders;
+    for (const TileItem &tile : config.tileItems()) {
+        if (const QString folder = model::tileFolderPath(tile); !folder.isEmpty())
+            folders.append(folder);
         for (const TileMenuItem &link : tile.tileMenuItems) {
             if (link.itemString.startsWith(QLatin1Char('/')))
                 aliases.append(QFile::encodeName(link.itemString));
         }
     }
     platform::holdTargets(aliases);
+
+    platform::runInBackground([folders, copy = model::lastGoodPath(config.stateDirectory())] {
+        platform::flushToDisk(copy);
+        for (const QString &folder : folders)
+            platform::removeLeftovers(folder);
+    });
 }
 
 void ctrlApp::perform(const platform::InstanceRequest &request)
