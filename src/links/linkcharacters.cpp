@@ -48,23 +48,15 @@ constexpr Range ranges[] = {
 
 WideKind kindOf(char32_t character)
 {
-    // Most texts past ASCII are in these: Latin to Cyrillic and Hebrew, and Han.
-    if (character > 0xBB && character < 0x060C)
-        return WideKind::Letter;
-    if (character > 0x3400 && character < 0xA000)
+    if (character > 0x3400 && character < 0xA000) // Han
         return WideKind::Cjk;
     const Range *range = std::ranges::lower_bound(ranges, character, {}, &Range::last);
     return range != std::end(ranges) && character >= range->first ? range->kind : WideKind::Letter;
 }
 
-bool isContinuation(char c)
-{
-    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
 } // namespace
 
-WideCharacter wideCharacterAt(std::string_view text, std::size_t at)
+WideCharacter rareWideCharacterAt(std::string_view text, std::size_t at)
 {
     constexpr WideCharacter invalid = {WideKind::End, 1};
     const auto lead = static_cast<unsigned char>(text[at]);

@@ -9,7 +9,7 @@
 namespace links {
 
 // What a byte may be part of; of a byte past ASCII, its code point decides.
-enum ByteClass : std::uint8_t {
+enum ByteClass : std::uint16_t {
     AlnumByte = 1,
     HostByte = 2, ///< letters, digits, "-", "_"
     SchemeByte = 4, ///< letters, digits, "+", "-", "."
@@ -18,6 +18,8 @@ enum ByteClass : std::uint8_t {
     EndByte = 32, ///< never inside an address: blanks, controls, quotes, "<", ">", "\", "`"
     CheckByte = 64, ///< may end an address by what stands around it, or is past ASCII
     WideByte = 128, ///< past ASCII
+    TailByte = 256, ///< "/", "?" and "#", which begin what follows a host
+    LastByte = 512, ///< letters, digits, "/" and "=", which are never trimmed from an address
 };
 
 /// A set of ASCII characters, made from a literal when compiling.
@@ -35,12 +37,12 @@ struct AsciiSet
 constexpr bool isOneOf(char c, AsciiSet set)
 {
     const auto byte = static_cast<unsigned char>(c);
-    return byte < 128 && (set.bits[byte / 64] >> byte % 64 & 1);
+    return byte < 128 && ((byte < 64 ? set.bits[0] : set.bits[1]) >> byte % 64 & 1);
 }
 
-constexpr std::array<std::uint8_t, 256> makeByteClasses()
+constexpr std::array<std::uint16_t, 256> makeByteClasses()
 {
-    std::array<std::uint8_t, 256> classes{};
+    std::array<std::uint16_t, 256> classes{};
     for (unsigned i = 0; i < 256; ++i) {
         const char c = char(i);
         const bool alnum = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
@@ -61,12 +63,17 @@ constexpr std::array<std::uint8_t, 256> makeByteClasses()
             bits |= UserByte;
         if (isOneOf(c, "'()[]{}|,;&"))
             bits |= CheckByte;
-        classes[i] = std::uint8_t(bits);
+        if (isOneOf(c, "/?#"))
+            bits |= TailByte;
+        if (alnum || isOneOf(c, "/="))
+            bits |= LastByte;
+        classes[i] = std::uint16_t(bits);
     }
     return classes;
 }
 
-inline constexpr std::array<std::uint8_t, 256> byteClasses = makeByteClasses();
+// Not inline: a table of its own in each object file is reached without a look-up by the linker.
+constexpr std::array<std::uint16_t, 256> byteClasses = makeByteClasses();
 
 constexpr bool hasClass(char c, unsigned classes)
 {
@@ -87,8 +94,22 @@ struct WideCharacter
     std::size_t length; ///< in bytes, at least 1
 };
 
+constexpr bool isContinuation(char c)
+{
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+WideCharacter rareWideCharacterAt(std::string_view text, std::size_t at);
+
 /// The character past ASCII that begins at `at`.
-WideCharacter wideCharacterAt(std::string_view text, std::size_t at);
+inline WideCharacter wideCharacterAt(std::string_view text, std::size_t at)
+{
+    const auto lead = static_cast<unsigned char>(text[at]);
+    if (lead >= 0xC3 && lead < 0xD8 && text.size() - at > 1 && isContinuation(text[at + 1]))
+        return {WideKind::Letter, 2}; // Latin, Greek, Cyrillic, Hebrew
+    return rareWideCharacterAt(text, at);
+}
+
 /// The character past ASCII that ends before `end`; `length` never reaches before `begin`.
 WideCharacter wideCharacterBefore(std::string_view text, std::size_t begin, std::size_t end);
 

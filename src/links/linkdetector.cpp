@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "links/linkdetector.h"
 
+#include "links/linkauthority.h"
 #include "links/linkcharacters.h"
 #include "links/linkhost.h"
 #include "links/linktail.h"
@@ -10,6 +11,7 @@
 #include "links/triggerscanner.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace links {
 
@@ -17,7 +19,6 @@ namespace {
 
 constexpr std::size_t longestScheme = 32; // bytes
 constexpr std::size_t longestLocalPart = 64;
-constexpr std::size_t longestUserPart = 128;
 // So much of what follows "tel:" and the like has to show that it is one.
 constexpr std::size_t shortSchemeLook = 64;
 
@@ -51,7 +52,7 @@ private:
     char byteBefore(std::size_t at) const { return at > 0 ? m_text[at - 1] : '\0'; }
     std::string_view slice(std::size_t begin, std::size_t end) const
     {
-        return m_text.substr(begin, end - begin);
+        return {m_text.data() + begin, end - begin};
     }
 
     void add(std::size_t begin, std::size_t end, LinkForm form)
@@ -68,15 +69,15 @@ private:
 
     void readColon(std::size_t colon)
     {
-        if (byteAt(colon + 1) != '/' || byteAt(colon + 2) != '/')
+        if (!isSchemeEnd(m_text, colon))
             readShortScheme(colon);
         else if (!readPlainWebAddress(colon))
             readScheme(colon);
     }
     void readScheme(std::size_t colon);
     bool readPlainWebAddress(std::size_t colon);
-    std::size_t schemeBegin(std::size_t colon) const;
-    std::size_t webAuthorityEnd(std::size_t at) const;
+    std::size_t webSchemeBegin(std::size_t colon, std::size_t bound) const;
+    std::size_t schemeBegin(std::size_t colon, std::size_t bound) const;
     void readShortScheme(std::size_t colon);
     void readHost(std::size_t dot);
     bool mayEndHost(std::size_t dot) const;
@@ -91,21 +92,26 @@ private:
     std::size_t m_hostsRead = 0; ///< dots before this belong to a host that was looked at
 };
 
-/// The first letter of the scheme before `colon`; `colon` when there is none.
-std::size_t Detector::schemeBegin(std::size_t colon) const
+/// Where "http" or "https" before `colon` begins; `colon` when it is another scheme. A word glued to it does
+/// not make another scheme, but "git+http" is one.
+std::size_t Detector::webSchemeBegin(std::size_t colon, std::size_t bound) const
 {
-    const std::size_t bound = std::max(m_floor, colon > longestScheme ? colon - longestScheme : 0);
+    for (const std::size_t length : {5, 4}) {
+        const std::size_t begin = colon - std::min(length, colon - bound);
+        const std::uint64_t word = foldedBytes(slice(begin, colon));
+        if ((word == packedBytes("https") || word == packedBytes("http"))
+            && (begin == bound || !isOneOf(m_text[begin - 1], "+-")))
+            return begin;
+    }
+    return colon;
+}
+
+/// The first letter of the scheme before `colon`; `colon` when there is none.
+std::size_t Detector::schemeBegin(std::size_t colon, std::size_t bound) const
+{
     std::size_t begin = colon;
     while (begin > bound && hasClass(m_text[begin - 1], SchemeByte))
         --begin;
-    // A word glued to a web address does not make another scheme of it, but "git+http" is one.
-    for (const std::string_view web : {"https", "http"}) {
-        if (colon - begin >= web.size() && isAnyOf(slice(colon - web.size(), colon), {web})) {
-            const std::size_t from = colon - web.size();
-            if (from == begin || !isOneOf(m_text[from - 1], "+-"))
-                return from;
-        }
-    }
     if (begin > m_floor && hasClass(m_text[begin - 1], SchemeByte))
         return colon;
     const auto isLetter = [](char c) { return hasClass(c, AlnumByte) && c > '9'; };
@@ -117,61 +123,13 @@ std::size_t Detector::schemeBegin(std::size_t colon) const
     return begin;
 }
 
-/// The end of [user[:password]@]host[:port] as web addresses have it; `at` when it is none.
-std::size_t Detector::webAuthorityEnd(std::size_t at) const
-{
-    std::size_t host = at;
-    std::size_t runEnd;
-    HostName name = readHostName(m_text, at, &runEnd);
-    if (isOneOf(byteAt(runEnd), "@:%+~!$&*=.")) {
-        std::size_t user = at;
-        while (user < m_text.size() && user - at < longestUserPart && hasClass(m_text[user], UserByte))
-            ++user;
-        if (byteAt(user) == '@') {
-            const std::string_view userName = slice(at, std::min(m_text.find(':', at), user));
-            const bool isUser = std::ranges::none_of(userName, [](char c) { return isOneOf(c, ",;"); });
-            if (isUser && user > at) {
-                host = user + 1;
-                name = readHostName(m_text, host, &runEnd);
-                if (byteAt(runEnd) == '@')
-                    return at;
-            }
-        }
-    }
-    std::size_t end = name.end;
-    if (byteAt(host) == '[') {
-        end = ipLiteralEnd(m_text, host);
-        if (end == host)
-            return at;
-    } else {
-        const bool endsInUnderscore =
-            name.hasDot() && slice(name.lastLabel, name.end).find('_') != std::string_view::npos;
-        if (!name.valid || endsInUnderscore)
-            return at;
-        // The glued "http://http://": the second one is the address.
-        if (!name.hasDot() && m_text.substr(end, 3) == "://" && hasHostRules(slice(host, end)))
-            return at;
-        const char next = byteAt(end + 1);
-        if (byteAt(end) == '.' && (next == '/' || (next == ':' && readPort(m_text, end + 1).number >= 0)))
-            ++end; // the root's dot
-    }
-    const Port port = readPort(m_text, end);
-    // "2001:db8::7" has no brackets, "a:b" no port.
-    if (byteAt(host) != '[' && !name.hasDot() && port.number < 0 && byteAt(end) == ':'
-        && (byteAt(end + 1) == ':' || hasClass(byteAt(end + 1), HostByte)))
-        return at;
-    return port.end;
-}
-
 /// Takes the plainest addresses, which most are, without the general rules; false for all others.
 bool Detector::readPlainWebAddress(std::size_t colon)
 {
-    const std::size_t length = colon > 0 && m_text[colon - 1] == 's' ? 5 : 4;
-    if (colon - m_floor < length)
+    if (colon - m_floor < 5) // then a rare one at the text's begin is left to the general rules
         return false;
-    const std::size_t begin = colon - length;
-    const char *const scheme = m_text.data() + begin;
-    if (scheme[0] != 'h' || scheme[1] != 't' || scheme[2] != 't' || scheme[3] != 'p')
+    const std::size_t begin = colon - (m_text[colon - 1] == 's' ? 5 : 4);
+    if (std::memcmp(m_text.data() + begin, "http", 4) != 0)
         return false;
     if (begin > m_floor && hasClass(m_text[begin - 1], SchemeByte))
         return false;
@@ -184,12 +142,16 @@ bool Detector::readPlainWebAddress(std::size_t colon)
 
 void Detector::readScheme(std::size_t colon)
 {
-    const std::size_t begin = schemeBegin(colon);
+    const std::size_t bound = std::max(m_floor, colon > longestScheme ? colon - longestScheme : 0);
+    std::size_t begin = webSchemeBegin(colon, bound);
+    const bool isWeb = begin < colon;
+    if (!isWeb)
+        begin = schemeBegin(colon, bound);
     const std::string_view scheme = slice(begin, colon);
     const char before = byteBefore(begin);
     const std::size_t rest = colon + 3;
-    if (hasHostRules(scheme)) {
-        const std::size_t end = webAuthorityEnd(rest);
+    if (isWeb || hasHostRules(scheme)) {
+        const std::size_t end = webAuthorityEnd(m_text, rest);
         if (end > rest)
             add(begin, hostTailEnd(end, before), LinkForm::Complete);
         return;
@@ -215,7 +177,7 @@ void Detector::readShortScheme(std::size_t colon)
     if (!isShortScheme(scheme, m_text.substr(colon + 1, shortSchemeLook)))
         return;
     const std::size_t end = tailEnd(m_text, colon + 1, byteBefore(begin));
-    if (isShortScheme(scheme, slice(colon + 1, end).substr(0, shortSchemeLook)))
+    if (isShortScheme(scheme, slice(colon + 1, std::min(end, colon + 1 + shortSchemeLook))))
         add(begin, end, LinkForm::Complete);
 }
 
@@ -293,7 +255,7 @@ void Detector::readHost(std::size_t dot)
         return;
     if (before == ':' && isScopeOrScript(begin))
         return;
-    if (m_text.substr(m_hostsRead, 3) == "://" || isOneOf(byteAt(m_hostsRead), "(@={"))
+    if (isSchemeEnd(m_text, m_hostsRead) || isOneOf(byteAt(m_hostsRead), "(@={"))
         return;
     const Port port = readPort(m_text, host.end);
     const char afterColon = byteAt(host.end + 1);
@@ -309,6 +271,11 @@ void Detector::readMail(std::size_t at)
     const char last = m_text[at - 1];
     if (!(hasClass(last, AlnumByte | WideByte) || isOneOf(last, "_~"))
         || !hasClass(byteAt(at + 1), AlnumByte | WideByte))
+        return;
+    std::size_t labelEnd = at + 2;
+    while (hasClass(byteAt(labelEnd), HostByte))
+        ++labelEnd;
+    if (byteAt(labelEnd) != '.' && !hasClass(byteAt(labelEnd), WideByte)) // a host of one label
         return;
     const std::size_t bound = std::max(m_floor, at > longestLocalPart ? at - longestLocalPart : 0);
     std::size_t begin = at;
@@ -329,7 +296,8 @@ void Detector::readMail(std::size_t at)
         return; // longer than a local part may be
     while (begin < at && isOneOf(m_text[begin], ".'"))
         ++begin;
-    begin = skipGluedPrefix(m_text, begin, at);
+    if (hasClass(m_text[begin], WideByte))
+        begin = skipGluedPrefix(m_text, begin, at);
     if (begin == at || byteBefore(begin) == '@')
         return;
     std::size_t runEnd;

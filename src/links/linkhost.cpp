@@ -41,21 +41,21 @@ std::size_t gluedSuffixBegin(std::string_view text, std::size_t label, std::size
 
 HostName readHostName(std::string_view text, std::size_t begin, std::size_t *runEnd)
 {
-    HostName host = {begin, begin, begin, begin, true};
-    bool wide = false;
-    std::size_t at = begin;
-    while (at < text.size()) {
-        const char c = text[at];
-        if (hasClass(c, HostByte)) {
+    std::size_t lastLabel = begin, secondLastLabel = begin, at = begin;
+    bool valid = true, wide = false;
+    for (;;) {
+        while (at < text.size() && hasClass(text[at], HostByte))
             ++at;
-        } else if (c == '.') {
+        if (at == text.size())
+            break;
+        if (text[at] == '.') {
             if (at == begin || !labelBytesAt(text, at + 1))
                 break;
             if (text[at - 1] == '-' || text[at + 1] == '-')
-                host.valid = false;
-            host.secondLastLabel = host.lastLabel;
-            host.lastLabel = ++at;
-        } else if (hasClass(c, WideByte)) {
+                valid = false;
+            secondLastLabel = lastLabel;
+            lastLabel = ++at;
+        } else if (hasClass(text[at], WideByte)) {
             const std::size_t length = labelBytesAt(text, at);
             if (!length)
                 break;
@@ -67,13 +67,12 @@ HostName readHostName(std::string_view text, std::size_t begin, std::size_t *run
     }
     *runEnd = at;
     if (wide)
-        at = gluedSuffixBegin(text, host.lastLabel, at);
-    while (at > host.lastLabel && text[at - 1] == '-')
+        at = gluedSuffixBegin(text, lastLabel, at);
+    while (at > lastLabel && text[at - 1] == '-')
         --at;
-    host.end = at;
-    if (at == host.lastLabel || at - begin > longestHost || text[begin] == '-')
-        host.valid = false;
-    return host;
+    if (at == lastLabel || at - begin > longestHost || text[begin] == '-')
+        valid = false;
+    return {begin, at, lastLabel, secondLastLabel, valid};
 }
 
 std::size_t hostRunBegin(std::string_view text, std::size_t floor, std::size_t dot)

@@ -2,6 +2,7 @@
 #include "links/linktail.h"
 
 #include "links/linkcharacters.h"
+#include "links/linkwords.h"
 #include "links/plainaddress.h"
 
 #include <algorithm>
@@ -10,30 +11,61 @@ namespace links {
 
 namespace {
 
-constexpr std::string_view openingBrackets = "([{";
-constexpr std::string_view closingBrackets = ")]}";
+/// The row of 32 characters in which both brackets of a pair stand, another for each pair.
+std::size_t bracketKind(char c)
+{
+    return static_cast<unsigned char>(c) >> 5 & 3;
+}
+
+struct PackedWord
+{
+    consteval PackedWord(const char *word)
+        : bytes(packedBytes(word))
+        , mask(~std::uint64_t(0) >> 8 * (8 - std::string_view(word).size()))
+    {
+    }
+
+    std::uint64_t bytes, mask;
+};
+
+/// Whether one of the words stands at `at`.
+bool startsWith(std::string_view text, std::size_t at, std::initializer_list<PackedWord> words)
+{
+    const std::uint64_t packed = packedBytes(text.substr(at, 8));
+    bool found = false;
+    for (const PackedWord &word : words)
+        found |= (packed & word.mask) == word.bytes;
+    return found;
+}
 
 /// An entity for a quote, an angle bracket or a blank stands at `at`.
 bool isEndingEntity(std::string_view text, std::size_t at)
 {
-    constexpr std::string_view entities[] = {"quot;", "lt;",   "gt;",   "apos;", "nbsp;", "#34;",
-                                             "#39;",  "#039;", "#60;",  "#62;",  "#160;", "#x22;",
-                                             "#x27;", "#x3c;", "#x3C;", "#x3e;", "#x3E;"};
-    if (at + 1 == text.size() || !isOneOf(text[at + 1], "qlgan#"))
+    switch (at + 1 < text.size() ? text[at + 1] : '\0') {
+    case 'q':
+        return startsWith(text, at + 1, {"quot;"});
+    case 'l':
+        return startsWith(text, at + 1, {"lt;"});
+    case 'g':
+        return startsWith(text, at + 1, {"gt;"});
+    case 'a':
+        return startsWith(text, at + 1, {"apos;"});
+    case 'n':
+        return startsWith(text, at + 1, {"nbsp;"});
+    case '#':
+        return startsWith(
+            text, at + 2,
+            {"34;", "39;", "039;", "60;", "62;", "160;", "x22;", "x27;", "x3c;", "x3C;", "x3e;", "x3E;"});
+    default:
         return false;
-    const std::string_view rest = text.substr(at + 1, 6);
-    return std::ranges::any_of(entities,
-                               [rest](std::string_view entity) { return rest.starts_with(entity); });
+    }
 }
 
 /// Another address begins at `at`: lists hold addresses with nothing but a comma between them.
 bool isAddressBegin(std::string_view text, std::size_t at)
 {
-    if (at >= text.size() || !isOneOf(text[at], "hfw"))
-        return false;
-    const std::string_view rest = text.substr(at, 8);
-    return rest.starts_with("http://") || rest.starts_with("https://") || rest.starts_with("ftp://")
-        || rest.starts_with("www.");
+    return at < text.size() && isOneOf(text[at], "hfw")
+        && startsWith(text, at, {"http://", "https://", "ftp://", "www."});
 }
 
 /// The begin of an entity whose ";" is the last byte before `end`; `end` when there is none.
@@ -77,7 +109,7 @@ std::size_t trimmedEnd(std::string_view text, std::size_t from, std::size_t end,
 
 std::size_t tailEnd(std::string_view text, std::size_t from, char before)
 {
-    unsigned open[3] = {};
+    unsigned open[4] = {}; // brackets of each kind
     std::size_t at = from;
     while ((at = nextCheckByte(text, at)) < text.size()) {
         const char c = text[at];
@@ -94,14 +126,12 @@ std::size_t tailEnd(std::string_view text, std::size_t from, char before)
             break;
         if (c == '&' && isEndingEntity(text, at))
             break;
-        if (const std::size_t bracket = openingBrackets.find(c); bracket != std::string_view::npos) {
+        if (isOneOf(c, "([{")) {
             if (c == '[' && at + 1 < text.size() && text[at + 1] == '/') // "[/url]"
                 break;
-            ++open[bracket];
-        } else if (const std::size_t closing = closingBrackets.find(c); closing != std::string_view::npos) {
-            if (!open[closing])
-                break;
-            --open[closing];
+            ++open[bracketKind(c)];
+        } else if (isOneOf(c, ")]}") && open[bracketKind(c)]-- == 0) {
+            break;
         }
         ++at;
     }

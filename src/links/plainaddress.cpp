@@ -28,13 +28,29 @@ struct ByteSet
 
 enum : char { All = 1, Row2 = 2, Row3 = 4, Row46 = 8, Row5 = 16, Row6 = 32, Row7 = 64 };
 
-__attribute__((target("avx2"))) inline unsigned maskOf(const ByteSet &set, __m256i bytes)
+/// The two halves of each byte.
+struct Halves
+{
+    __m256i row;
+    __m256i column;
+};
+
+__attribute__((target("avx2"))) inline Halves halvesOf(__m256i bytes)
 {
     const __m256i half = _mm256_set1_epi8(0x0F);
-    const __m256i row = _mm256_shuffle_epi8(set.rows, _mm256_and_si256(_mm256_srli_epi16(bytes, 4), half));
-    const __m256i column = _mm256_shuffle_epi8(set.columns, _mm256_and_si256(bytes, half));
-    const __m256i none = _mm256_cmpeq_epi8(_mm256_and_si256(row, column), _mm256_setzero_si256());
-    return ~unsigned(_mm256_movemask_epi8(none));
+    return {_mm256_and_si256(_mm256_srli_epi16(bytes, 4), half), _mm256_and_si256(bytes, half)};
+}
+
+__attribute__((target("avx2"))) inline std::uint32_t maskOf(const ByteSet &set, const Halves &bytes)
+{
+    const __m256i common = _mm256_and_si256(_mm256_shuffle_epi8(set.rows, bytes.row),
+                                            _mm256_shuffle_epi8(set.columns, bytes.column));
+    return ~std::uint32_t(_mm256_movemask_epi8(_mm256_cmpeq_epi8(common, _mm256_setzero_si256())));
+}
+
+__attribute__((target("avx2"))) inline std::uint32_t equal32(__m256i bytes, char c)
+{
+    return std::uint32_t(_mm256_movemask_epi8(_mm256_cmpeq_epi8(bytes, _mm256_set1_epi8(c))));
 }
 
 /// The bytes with CheckByte, save "&".
@@ -61,22 +77,13 @@ __attribute__((target("avx2"))) inline ByteSet nonHostBytes()
     return {_mm256_broadcastsi128_si256(rows), _mm256_broadcastsi128_si256(columns)};
 }
 
-/// A bit for each of 64 bytes.
-__attribute__((target("avx2"))) inline std::uint64_t equal64(__m256i low, __m256i high, char c)
-{
-    const __m256i wanted = _mm256_set1_epi8(c);
-    return unsigned(_mm256_movemask_epi8(_mm256_cmpeq_epi8(low, wanted)))
-        | std::uint64_t(unsigned(_mm256_movemask_epi8(_mm256_cmpeq_epi8(high, wanted)))) << 32;
-}
-
 __attribute__((target("avx2"))) std::size_t findCheckByteAvx2(const char *text, std::size_t at,
                                                               std::size_t end)
 {
     const ByteSet set = checkBytes();
     for (; at + 32 <= end; at += 32) {
         const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(text + at));
-        const unsigned found = maskOf(set, bytes)
-            | unsigned(_mm256_movemask_epi8(_mm256_cmpeq_epi8(bytes, _mm256_set1_epi8('&'))));
+        const std::uint32_t found = maskOf(set, halvesOf(bytes)) | equal32(bytes, '&');
         if (found)
             return at + std::size_t(std::countr_zero(found));
     }
@@ -87,37 +94,34 @@ __attribute__((target("avx2"))) std::size_t findCheckByteAvx2(const char *text, 
 
 __attribute__((target("avx2"))) std::size_t plainWebAddressEndAvx2(std::string_view text, std::size_t at)
 {
-    const char *host = text.data() + at;
+    const char *const host = text.data() + at;
     const __m256i low = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(host));
     const __m256i high = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(host + 32));
-    const ByteSet nonHost = nonHostBytes();
-    const std::uint64_t outside = maskOf(nonHost, low) | std::uint64_t(maskOf(nonHost, high)) << 32;
-    if (!outside)
-        return at;
-    const int hostEnd = std::countr_zero(outside);
-    const std::uint64_t inHost = (outside & (~outside + 1)) - 1;
-    const std::uint64_t dots = equal64(low, high, '.') & inHost, hyphens = equal64(low, high, '-') & inHost;
-    const std::uint64_t edges = dots << 1 | dots >> 1 | 1 | (inHost ^ inHost >> 1);
-    if (!inHost || ((dots | hyphens) & edges))
+    const Halves lowHalves = halvesOf(low);
+
+    // This comes first, since the search for the next address waits for it.
+    const ByteSet set = checkBytes();
+    const std::uint64_t check = maskOf(set, lowHalves) | std::uint64_t(maskOf(set, halvesOf(high))) << 32;
+    std::size_t end = at + std::size_t(std::countr_zero(check));
+
+    const std::uint32_t outside = maskOf(nonHostBytes(), lowHalves);
+    const int hostEnd = std::countr_zero(outside | 1u << 31);
+    const std::uint32_t inHost = (1u << hostEnd) - 1;
+    const std::uint32_t dots = equal32(low, '.') & inHost, hyphens = equal32(low, '-') & inHost;
+    const std::uint32_t edges = dots << 1 | dots >> 1 | 1 | (inHost ^ inHost >> 1);
+    if (!inHost || ((dots | hyphens) & edges) || !hasClass(host[hostEnd], EndByte | TailByte))
         return at;
 
-    const ByteSet set = checkBytes();
-    const std::uint64_t check = maskOf(set, low) | std::uint64_t(maskOf(set, high)) << 32;
-    const int plain = check ? std::countr_zero(check) : 64;
-    if (hostEnd < plain && host[hostEnd] != '/' && host[hostEnd] != '?' && host[hostEnd] != '#')
-        return at;
-    std::uint64_t ampersands =
-        equal64(low, high, '&') & (check ? (check & (~check + 1)) - 1 : ~std::uint64_t(0));
-    for (; ampersands; ampersands &= ampersands - 1) {
+    std::uint64_t ampersands = equal32(low, '&') | std::uint64_t(equal32(high, '&')) << 32;
+    for (ampersands &= check ^ (check - 1); ampersands; ampersands &= ampersands - 1) {
         const std::size_t next = at + std::size_t(std::countr_zero(ampersands)) + 1;
         if (next == text.size() || isOneOf(text[next], "qlgan#")) // may be an entity
             return at;
     }
-    const std::size_t end =
-        check ? at + std::size_t(plain) : findCheckByteAvx2(text.data(), at + 64, text.size());
-    const char last = text[end - 1];
+    if (!check) // not before the host was found good: then a link is found, and no byte is looked at again
+        end = findCheckByteAvx2(text.data(), end, text.size());
     const bool ends = end == text.size() || hasClass(text[end], EndByte);
-    return ends && (hasClass(last, AlnumByte) || last == '/' || last == '=') ? end : at;
+    return ends && hasClass(text[end - 1], LastByte) ? end : at;
 }
 
 #endif

@@ -88,13 +88,14 @@ void TriggerScanner::fill(std::size_t begin)
     m_end = begin;
 #if defined(__x86_64__)
     const char *const from = m_text.data() + begin;
-    const char *const to = from + std::min(m_text.size() - begin, 64 * m_masks.size() + 1);
+    const char *const to = from + std::min(m_text.size() - begin, 64 * (m_masks.size() - 1) + 1);
     m_end += 64 * (hasAvx2 ? fillAvx2(m_masks.data(), from, to) : fillSse2(m_masks.data(), from, to));
 #endif
     if (m_end == begin) { // what is left at the text's end
         m_end = std::min(begin + 64, m_text.size());
         m_masks[0] = triggersOf(m_text, begin, m_end);
     }
+    m_masks[(m_end - begin + 63) / 64] = 1;
 }
 
 } // namespace links
