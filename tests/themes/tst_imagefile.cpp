@@ -98,8 +98,7 @@ private Q_SLOTS:
         check("a reader of the system's that is not ours", encoded(striped(QSize(9, 9)), "ppm"));
         check("a mark and nothing else", "BM");
         QByteArray huge = encoded(striped(QSize(8, 8)), "bmp");
-        for (const int place : {18, 22}) // width and height
-            huge.replace(place, 4, QByteArray("\x30\x75\0\0", 4));
+        huge.replace(18, 8, QByteArray("\x30\x75\0\0\x30\x75\0\0", 8)); // width and height
         check("30,000 by 30,000 pixels by its header", huge);
         for (const char *size : {"\x01\x09", "\xff\xff"})
             check("gif of a small frame in a large canvas", QByteArray(gif).replace(6, 2, size, 2));
@@ -168,9 +167,7 @@ private Q_SLOTS:
         };
         QVERIFY(outlivesTheProgram());
         // Another state of the file, or another density, is another picture.
-        FileIdentity changed = oldFile;
-        ++changed.changed;
-        QVERIFY(cached({}, changed).isNull());
+        QVERIFY(cached({}, {1, 2, 3, 4, 6}).isNull());
         QVERIFY(cached({}, oldFile, 1).isNull());
 
         const QByteArray bytes = platform::readWholeFile(saved, nullptr).value_or(QByteArray());
