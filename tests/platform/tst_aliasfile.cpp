@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/aliasfile.h"
 #include "platform/aliasresolver.h"
+#include "platform/files.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -15,99 +16,83 @@ class TestAliasFile : public QObject
 {
     Q_OBJECT
 
+private Q_SLOTS:
+    void fileHoldsTheWholeRecord()
+    {
+        QVERIFY(::mkdir(path("Tile").constData(), 0700) == 0);
+        const QByteArray target = write("Annual Report%.pdf", "text");
+        const QByteArray alias = path("Tile/A");
+        QVERIFY(writeAliasFile(target, alias, nullptr));
+        struct stat status;
+        QCOMPARE(::stat(alias.constData(), &status), 0);
+        QCOMPARE(int(status.st_mode & 07777), 0600);
+        const QByteArray text = readWholeFile(QFile::decodeName(alias), nullptr).value_or("");
+        QVERIFY(text.startsWith("pondWicket alias 1\npath: /"));
+        const std::optional<AliasRecord> record = parseAlias(text, nullptr);
+        QVERIFY(record && record->path == target && record->kind == FileKind::File && record->size == 4);
+        QCOMPARE(record->relativePath, QByteArray("../Annual Report%.pdf"));
+        QVERIFY(isSameFile(record->identity, *identify(target)));
+        QVERIFY(record->folders.size() >= 2);
+        QVERIFY(isSameFile(record->folders.at(0), *identify(parentPath(target))));
+        QCOMPARE(serialiseAlias(*record), text);
+    }
+
+    void nameThatIsNotUtf8IsKept()
+    {
+        const QByteArray target = path("caf\xe9 \n\r#");
+        QVERIFY(::mkdir(target.constData(), 0700) == 0);
+        QVERIFY(writeAliasFile(target, path("B"), nullptr));
+        const std::optional<AliasTarget> found = resolveAliasTarget(path("B"), nullptr);
+        QVERIFY(found && found->path == target && found->isFolder);
+        ::rmdir(target.constData()); // QTemporaryDir could not
+    }
+
+    void brokenText()
+    {
+        for (const QByteArray &rest :
+             {QByteArray(), QByteArray("path: etc/passwd"), QByteArray("path: /tmp%00/x"),
+              QByteArray("path: /tmp%4"), QByteArray("path: /\nkind"), QByteArray("path: /\nkind: planet"),
+              QByteArray("path: /\ninode: 99999999999999999999"), QByteArray("path: /\nfolder: 1 -"),
+              "path: /\n#" + QByteArray(maxAliasFileSize, 'x')})
+            checkIsBroken("pondWicket alias 1\n" + rest + '\n');
+        for (const char *version : {"2", "01"})
+            checkIsBroken(QByteArray("pondWicket alias ") + version + "\npath: /\n");
+    }
+
+    void handEditedTextAndOtherFilesAreRead()
+    {
+        const QByteArray target = write("target", "");
+        const auto leadsTo = [](const QByteArray &file) {
+            return resolveAliasTarget(file, nullptr).value_or(AliasTarget()).path;
+        };
+        QCOMPARE(leadsTo(write("edited",
+                               "pondWicket alias 1\r\n\r\n# mine\r\npath:" + target + "  \r\nnew: x\r\n")),
+                 target);
+        for (const char *text :
+             {"", "pondWicket alias files are small\n", "pondWicket alias \n", " pondWicket alias 1\n"}) {
+            const QByteArray file = write("other", text);
+            QVERIFY2(!isAliasFile(file) && leadsTo(file) == file, text);
+        }
+    }
+
 private:
-    QTemporaryDir m_folder;
     QByteArray path(const char *name) const { return QFile::encodeName(m_folder.path()) + '/' + name; }
     QByteArray write(const char *name, const QByteArray &text) const
     {
-        QFile file(QFile::decodeName(path(name)));
-        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        if (!writeInPlace(QFile::decodeName(path(name)), text, nullptr))
             qFatal("cannot write");
         return path(name);
     }
-
-private Q_SLOTS:
-    void fileHoldsTheWholeRecord();
-    void nameThatIsNotUtf8IsKept();
-    void brokenText();
-    void handEditedTextIsRead();
-    void otherFilesAreNoAliases();
-};
-
-void TestAliasFile::fileHoldsTheWholeRecord()
-{
-    QVERIFY(QDir(m_folder.path()).mkpath(QStringLiteral("Tiles/Tile-1")));
-    const QByteArray target = write("Annual Report%.pdf", "text");
-    const QByteArray alias = path("Tiles/Tile-1/A");
-    Error error;
-    QVERIFY2(writeAliasFile(target, alias, &error), qPrintable(error.fullDescription()));
-
-    struct stat status;
-    QCOMPARE(::stat(alias.constData(), &status), 0);
-    QCOMPARE(int(status.st_mode & 07777), 0600);
-    QFile file(QFile::decodeName(alias));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray text = file.readAll();
-    QVERIFY(text.startsWith("pondWicket alias 1\npath: /"));
-    const std::optional<AliasRecord> record = parseAlias(text, nullptr);
-    QVERIFY(record);
-    QCOMPARE(record->path, target);
-    QCOMPARE(record->relativePath, QByteArray("../../Annual Report%.pdf"));
-    QCOMPARE(record->kind, FileKind::File);
-    QCOMPARE(record->size, 4);
-    QVERIFY(isSameFile(record->identity, *identify(target)));
-    QVERIFY(record->folders.size() >= 2);
-    QVERIFY(isSameFile(record->folders.at(0), *identify(parentPath(target))));
-    QCOMPARE(serialiseAlias(*record), text);
-}
-
-void TestAliasFile::nameThatIsNotUtf8IsKept()
-{
-    const QByteArray target = path("caf\xe9 \n\r#");
-    QVERIFY(::mkdir(target.constData(), 0700) == 0);
-    const QByteArray alias = path("B");
-    QVERIFY(writeAliasFile(target, alias, nullptr));
-    const std::optional<AliasTarget> found = resolveAliasTarget(alias, nullptr);
-    QVERIFY(found && found->path == target && found->isFolder);
-    ::rmdir(target.constData()); // QTemporaryDir could not
-}
-
-void TestAliasFile::brokenText()
-{
-    const QByteArray first = "pondWicket alias 1\n";
-    for (const QByteArray &text :
-         {first, QByteArray("pondWicket alias 2\npath: /\n"), QByteArray("pondWicket alias 01\npath: /\n"),
-          first + "path: etc/passwd\n", first + "path: /tmp%00/x\n", first + "path: /tmp%4\n",
-          first + "path: /\nkind\n", first + "path: /\nkind: planet\n",
-          first + "path: /\ninode: 99999999999999999999\n", first + "path: /\nfolder: 1 -\n",
-          first + "path: /\n#" + QByteArray(maxAliasFileSize, 'x')}) {
+    void checkIsBroken(const QByteArray &text) const
+    {
         Error error;
         QVERIFY2(!resolveAliasTarget(write("broken", text), &error), text.left(80).constData());
         QVERIFY2(!error.reason.isEmpty(), text.left(80).constData());
         QCOMPARE(error.path, QFile::decodeName(path("broken")));
     }
-}
 
-void TestAliasFile::handEditedTextIsRead()
-{
-    const QByteArray target = write("target", "");
-    const QByteArray alias =
-        write("edited", "pondWicket alias 1\r\n\r\n# mine\r\npath:" + target + "  \r\nnew key: x\r\n");
-    const std::optional<AliasTarget> found = resolveAliasTarget(alias, nullptr);
-    QVERIFY(found);
-    QCOMPARE(found->path, target);
-}
-
-void TestAliasFile::otherFilesAreNoAliases()
-{
-    for (const QByteArray text :
-         {"", "pondWicket alias files are small\n", "pondWicket alias \n", " pondWicket alias 1\n"}) {
-        const QByteArray file = write("other", text);
-        QVERIFY2(!isAliasFile(file), text.constData());
-        const std::optional<AliasTarget> found = resolveAliasTarget(file, nullptr);
-        QVERIFY2(found && found->path == file, text.constData());
-    }
-}
+    QTemporaryDir m_folder;
+};
 
 QTEST_GUILESS_MAIN(TestAliasFile)
 #include "tst_aliasfile.moc"

@@ -17,16 +17,55 @@ class TestFilePanel : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void folderOrFileIsTaken();
-    void typedFolderWithSlashIsEntered();
-    void importTakesNoFolder();
-    void cancelled();
+    void initTestCase()
+    {
+        QVERIFY(QDir(m_folder.path()).mkpath(u"My Folder"_qs));
+        QVERIFY(QFile(m_folder.filePath(u"file"_qs)).open(QIODevice::WriteOnly));
+    }
+
+    void takesWhatWasAskedFor()
+    {
+        const struct
+        {
+            QString clicked;
+            bool takesFolders, isTaken, isCancelled = false;
+        } rows[] = {{u"My Folder"_qs, true, true},
+                    {u"file"_qs, true, true},
+                    {u"file"_qs, true, false, true},
+                    {u"file"_qs, false, true},
+                    {u"My Folder"_qs, false, false}};
+        for (const auto &[clicked, takesFolders, isTaken, isCancelled] : rows) {
+            QString title;
+            whenOpen([&, name = clicked, cancels = isCancelled](QFileDialog &dialog) {
+                title = dialog.windowTitle();
+                clickRow(dialog, name);
+                if (cancels)
+                    QTest::keyClick(&dialog, Qt::Key_Escape);
+                else
+                    clickOpen(dialog);
+            });
+            const auto panel = platform::makeFilePanel();
+            const auto chosen =
+                takesFolders ? panel->chooseFileOrFolder(u"Link it"_qs) : panel->chooseFile(u"Link it"_qs);
+            QVERIFY2(chosen.value_or(QString()) == (isTaken ? m_folder.filePath(clicked) : QString()),
+                     qPrintable(clicked));
+            QCOMPARE(title, u"Link it"_qs);
+        }
+    }
+
+    void typedFolderWithSlashIsEntered()
+    {
+        QString entered;
+        whenOpen([&](QFileDialog &dialog) {
+            dialog.findChild<QLineEdit *>(u"fileNameEdit"_qs)->setText(m_folder.filePath(u"My Folder/"_qs));
+            clickOpen(dialog);
+            entered = dialog.directory().path();
+        });
+        QVERIFY(!platform::makeFilePanel()->chooseFileOrFolder({}));
+        QCOMPARE(entered, m_folder.filePath(u"My Folder"_qs));
+    }
 
 private:
-    QTemporaryDir m_folder;
-    QString at(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
-
     /// Does in the open panel what a user does, once it shows the folder's content.
     void whenOpen(const std::function<void(QFileDialog &)> &deed)
     {
@@ -34,7 +73,7 @@ private:
             auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
             QVERIFY(dialog);
             dialog->setDirectory(m_folder.path());
-            auto *view = dialog->findChild<QListView *>(QStringLiteral("listView"));
+            auto *view = dialog->findChild<QListView *>(u"listView"_qs);
             QTRY_COMPARE(view->model()->rowCount(view->rootIndex()), 2);
             deed(*dialog);
             if (dialog->isVisible())
@@ -43,70 +82,21 @@ private:
     }
     static void clickRow(QFileDialog &dialog, const QString &name)
     {
-        auto *view = dialog.findChild<QListView *>(QStringLiteral("listView"));
+        auto *view = dialog.findChild<QListView *>(u"listView"_qs);
         const QModelIndexList rows = view->model()->match(view->model()->index(0, 0, view->rootIndex()),
                                                           Qt::DisplayRole, name, 1, Qt::MatchExactly);
         QCOMPARE(rows.size(), 1);
-        view->scrollTo(rows.constFirst());
-        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(rows.constFirst()).center());
+        view->scrollTo(rows.first());
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(rows.first()).center());
     }
     static void clickOpen(QFileDialog &dialog)
     {
         QTest::mouseClick(dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Open),
                           Qt::LeftButton);
     }
+
+    QTemporaryDir m_folder;
 };
-
-void TestFilePanel::initTestCase()
-{
-    QVERIFY(QDir(m_folder.path()).mkpath(QStringLiteral("My Folder")));
-    QVERIFY(QFile(at("file")).open(QIODevice::WriteOnly));
-}
-
-void TestFilePanel::folderOrFileIsTaken()
-{
-    for (const QString &name : {QStringLiteral("My Folder"), QStringLiteral("file")}) {
-        QString title;
-        whenOpen([&](QFileDialog &dialog) {
-            title = dialog.windowTitle();
-            clickRow(dialog, name);
-            clickOpen(dialog);
-        });
-        QCOMPARE(platform::makeFilePanel()->chooseFileOrFolder(QStringLiteral("Link it")),
-                 m_folder.filePath(name));
-        QCOMPARE(title, QStringLiteral("Link it"));
-    }
-}
-
-void TestFilePanel::typedFolderWithSlashIsEntered()
-{
-    QString entered;
-    whenOpen([&](QFileDialog &dialog) {
-        dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(at("My Folder/"));
-        clickOpen(dialog);
-        entered = dialog.directory().path();
-    });
-    QVERIFY(!platform::makeFilePanel()->chooseFileOrFolder({}));
-    QCOMPARE(entered, at("My Folder"));
-}
-
-void TestFilePanel::importTakesNoFolder()
-{
-    whenOpen([](QFileDialog &dialog) {
-        clickRow(dialog, QStringLiteral("My Folder"));
-        clickOpen(dialog);
-    });
-    QVERIFY(!platform::makeFilePanel()->chooseFile({}));
-}
-
-void TestFilePanel::cancelled()
-{
-    whenOpen([](QFileDialog &dialog) {
-        clickRow(dialog, QStringLiteral("file"));
-        QTest::keyClick(&dialog, Qt::Key_Escape);
-    });
-    QVERIFY(!platform::makeFilePanel()->chooseFileOrFolder({}));
-}
 
 QTEST_MAIN(TestFilePanel)
 #include "tst_filepanel.moc"
