@@ -16,6 +16,7 @@
 #include <QRasterWindow>
 #include <QTest>
 
+#include <array>
 #include <cstdio>
 #include <map>
 
@@ -37,13 +38,10 @@ public:
         , m_window(XCreateSimpleWindow(m_display, DefaultRootWindow(m_display), 0, 0, 1, 1, 0, 0, 0))
     {
         XSetSelectionOwner(m_display, atom("XdndSelection"), m_window, CurrentTime);
-        QByteArray types;
-        for (const auto &[format, bytes] : formats) {
-            const Atom type = atom(format.constData());
-            m_offered[type] = bytes;
-            types.append(reinterpret_cast<const char *>(&type), sizeof type);
-        }
-        put(m_window, atom("XdndTypeList"), XA_ATOM, 32, types);
+        std::vector<Atom> types;
+        for (const auto &[format, bytes] : formats)
+            m_offered[types.emplace_back(atom(format.constData()))] = bytes;
+        put(m_window, atom("XdndTypeList"), XA_ATOM, 32, types.data(), types.size());
     }
     ~Source() { XCloseDisplay(m_display); }
     Q_DISABLE_COPY_MOVE(Source)
@@ -52,8 +50,8 @@ public:
     QByteArray drag(const support::Window &strip, QPoint place)
     {
         const auto move = long(atom("XdndActionMove")), copy = long(atom("XdndActionCopy"));
-        send(strip, "XdndEnter", 5 << 24 | 1);
-        send(strip, "XdndPosition", 0, place.x() << 16 | place.y(), CurrentTime, move);
+        send(strip, "XdndEnter", {5 << 24 | 1});
+        send(strip, "XdndPosition", {0, place.x() << 16 | place.y(), CurrentTime, move});
         const XClientMessageEvent status = answer("XdndStatus");
         const bool mayDrop = status.data.l[1] & 1;
         send(strip, mayDrop ? "XdndDrop" : "XdndLeave");
@@ -64,24 +62,18 @@ public:
 
 private:
     Atom atom(const char *name) const { return XInternAtom(m_display, name, False); }
-    void put(::Window window, Atom name, Atom type, int bits, const QByteArray &data) const
+    void put(::Window window, Atom name, Atom type, int bits, const void *data, size_t size) const
     {
         XChangeProperty(m_display, window, name, type, bits, PropModeReplace,
-                        reinterpret_cast<const uchar *>(data.data()),
-                        int(data.size() / (bits == 32 ? qsizetype(sizeof(long)) : 1)));
+                        static_cast<const uchar *>(data), int(size));
     }
-    void send(const support::Window &to, const char *type, long b = 0, long c = 0, long d = 0,
-              long e = 0) const
+    void send(const support::Window &to, const char *type, std::array<long, 4> words = {}) const
     {
-        XEvent event = {.xclient = {ClientMessage,
-                                    0,
-                                    False,
-                                    m_display,
-                                    to.id.toULong(),
-                                    atom(type),
-                                    32,
-                                    {.l = {long(m_window), b, c, d, e}}}};
-        XSendEvent(m_display, to.id.toULong(), False, NoEventMask, &event);
+        XEvent event;
+        event.xclient = {ClientMessage, 0, False, m_display, to.id.toULong(), atom(type), 32, {}};
+        event.xclient.data.l[0] = long(m_window);
+        std::copy(words.begin(), words.end(), event.xclient.data.l + 1);
+        XSendEvent(m_display, event.xclient.window, False, NoEventMask, &event);
     }
     /// The strip's next message. Gives out the data meanwhile.
     XClientMessageEvent answer(const char *type)
@@ -98,9 +90,11 @@ private:
     }
     void give(const XSelectionRequestEvent &to)
     {
-        put(to.requestor, to.property, to.target, 8, m_offered[to.target]);
-        XEvent event = {.xselection = {SelectionNotify, 0, False, m_display, to.requestor, to.selection,
-                                       to.target, to.property, to.time}};
+        const QByteArray bytes = m_offered[to.target];
+        put(to.requestor, to.property, to.target, 8, bytes.data(), size_t(bytes.size()));
+        XEvent event;
+        event.xselection = {SelectionNotify, 0,         False,       m_display, to.requestor,
+                            to.selection,    to.target, to.property, to.time};
         XSendEvent(m_display, to.requestor, False, NoEventMask, &event);
     }
 
@@ -163,21 +157,15 @@ QByteArray linksIn(const QString &settingsFile)
     return found;
 }
 
-Formats listOf(const QByteArrayList &paths)
-{
-    QByteArray addresses;
-    for (const QByteArray &path : paths)
-        addresses += "file://" + path.toPercentEncoding("/") + "\r\n";
-    return {{"text/uri-list", addresses}};
-}
-
 Formats asOfFileManager(const QByteArrayList &paths)
 {
-    Formats formats = listOf(paths);
-    formats["text/plain;charset=utf-8"] = paths.join('\n');
-    formats["x-special/gnome-icon-list"] = formats["text/uri-list"];
-    formats["application/vnd.portal.filetransfer"] = "key";
-    return formats;
+    QByteArray list;
+    for (const QByteArray &path : paths)
+        list += "file://" + path.toPercentEncoding("/") + "\r\n";
+    return {{"text/uri-list", list},
+            {"text/plain;charset=utf-8", paths.join('\n')},
+            {"x-special/gnome-icon-list", list},
+            {"application/vnd.portal.filetransfer", "key"}};
 }
 
 Formats asOfBrowser(const QByteArray &address)
@@ -216,8 +204,8 @@ void TestDrops::dropsMakeLinks()
     for (const QByteArray &path : three + QByteArrayList{application})
         QVERIFY(platform::writeAtomically(QFile::decodeName(path),
                                           "[Desktop Entry]\nType=Application\nName=An X\n", nullptr));
-    Formats textWithFile = listOf({three.last()});
-    textWithFile["text/plain"] = "not this file: http://f.example";
+    Formats textWithFile = asOfFileManager({three.last()});
+    textWithFile["text/plain;charset=utf-8"] = "not this file: http://f.example";
     const struct
     {
         QByteArray name;
@@ -236,7 +224,7 @@ void TestDrops::dropsMakeLinks()
         {"text with files", textWithFile, "f.example -> http://f.example\n"},
         {"not UTF-8", {{"text/plain;charset=utf-8", "http://g.example \xff"}}, ""},
         {"an image", {{"image/png", "\x89PNG"}}, "", true},
-        {"a file after those", listOf(three), "MyFile -> " + three.first() + '\n'},
+        {"a file after those", asOfFileManager(three), "MyFile -> " + three.first() + '\n'},
     };
     for (const bool isToolkit : {false, true}) {
         for (const auto &[name, formats, links, isRefused] : rows) {
