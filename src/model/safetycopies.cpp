@@ -8,6 +8,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
+
 namespace model {
 
 namespace {
@@ -19,11 +21,13 @@ void warn(const platform::Error &error)
     qWarning().noquote() << "No safety copy of the settings:" << error.fullDescription();
 }
 
-/// Removes all but the newest copies of the kind. Their dated names sort by age.
-void prune(const QString &folder, const QString &kind)
+/// Removes all but the newest copies of the kind. Their dated names sort by age, but for those from after
+/// `now`: made by a clock that was wrong, they go first, and never the copy that was just made.
+void prune(const QString &folder, const QString &kind, const QString &now)
 {
     QStringList names = QDir(folder).entryList({kind + QStringLiteral("-????????T?????????Z.json")},
                                                QDir::Files, QDir::Name | QDir::Reversed);
+    std::stable_partition(names.begin(), names.end(), [&now](const QString &name) { return name <= now; });
     for (const QString &name : names.mid(keptCopies))
         QFile::remove(folder + u'/' + name);
 }
@@ -33,14 +37,13 @@ void keepDated(const QString &folder, const QString &kind, const QString &source
     if (!platform::itemExists(source))
         return;
     const QString stamp = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmsszzz'Z'"));
+    const QString name = kind + u'-' + stamp + QStringLiteral(".json");
     platform::Error error;
-    if (!platform::makeFolder(folder, &error)
-        || !platform::copyFile(source, folder + u'/' + kind + u'-' + stamp + QStringLiteral(".json"),
-                               &error)) {
+    if (!platform::makeFolder(folder, &error) || !platform::copyFile(source, folder + u'/' + name, &error)) {
         warn(error);
         return;
     }
-    prune(folder, kind);
+    prune(folder, kind, name);
 }
 
 } // namespace

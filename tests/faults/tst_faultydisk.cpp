@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Every call that changes the disk fails once, or from some call on, and nothing of the user's may be lost.
 // The calls are those of this program's own, which stand before the C library's.
+#include "links/linkkind.h"
 #include "links/tilealias.h"
 #include "model/safetycopies.h"
 #include "model/settingsjson.h"
@@ -9,6 +10,8 @@
 #include "platform/files.h"
 #include "strip/startup.h"
 #include "support/stdoutcapture.h"
+#include "themes/iconstore.h"
+#include "themes/themestore.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -45,6 +48,7 @@ struct Faults
 };
 
 thread_local Faults faults;
+thread_local time_t clockError = 0; // seconds
 
 } // namespace
 
@@ -101,6 +105,15 @@ int renameat2(int fromFolder, const char *from, int toFolder, const char *to, un
     return PW_CALL(SYS_renameat2, fromFolder, from, toFolder, to, flags);
 }
 
+/// The clock that a user sets.
+int clock_gettime(clockid_t clock, timespec *time) noexcept
+{
+    const int result = int(::syscall(SYS_clock_gettime, clock, time));
+    if (clock == CLOCK_REALTIME)
+        time->tv_sec += clockError;
+    return result;
+}
+
 } // extern "C"
 
 class TestFaultyDisk : public QObject
@@ -110,6 +123,8 @@ class TestFaultyDisk : public QObject
 private Q_SLOTS:
     void nothingIsLost_data();
     void nothingIsLost();
+    void lostFoldersHurtNothingElse();
+    void jumpingClockLosesNoCopy();
 };
 
 namespace {
@@ -221,6 +236,71 @@ void TestFaultyDisk::nothingIsLost()
         }
     }
     qInfo("%d faults", struck);
+}
+
+/// Each folder of ours goes while the program runs, and a file or a dangling link may take its place.
+void TestFaultyDisk::lostFoldersHurtNothingElse()
+{
+    enum Stands { Nothing, File, Link };
+    const QString alias = QStringLiteral("Failed to create alias: "),
+                  save = QStringLiteral("Failed to save JSON data: ");
+    for (const int lost : {0, 1, 2, 3}) { // the tile's folder, that of all tiles, the themes', the whole
+        for (const Stands stands : {Nothing, File, Link}) {
+            World world(true);
+            startFirst(world);
+            const QString application = model::applicationFolder(world.config);
+            const QString tile = world.notes().section(u'/', 0, -2);
+            const QString folder = QStringList{tile, application + QStringLiteral("/Tiles"),
+                                               application + QStringLiteral("/Themes"), application}
+                                       .at(lost);
+            QVERIFY(QDir(folder).removeRecursively());
+            if (stands == File)
+                QVERIFY(platform::writeInPlace(folder, "kept", nullptr));
+            else if (stands == Link)
+                QVERIFY(QFile::link(folder + QStringLiteral(".gone"), folder));
+            StdoutCapture capture;
+            writeNote(world);
+            linkFile(world);
+            const bool isAliasMade =
+                links::isAlias(world.config.tileItems().constFirst().tileMenuItems.constLast());
+            world.config.setCurrentTheme(QStringLiteral("1984"));
+            const bool isDrawn = !themes::tileImage(world.config).isNull()
+                && !themes::iconImage(world.config, QStringLiteral("default")).isNull();
+            model::addTile(world.config);
+            model::saveSettings(world.config);
+            const QStringList lines = capture.lines();
+            const QString what = folder + QString::number(stands) + lines.join(u'\n');
+            QVERIFY2(isDrawn && world.config.tileItems().size() == 4, qPrintable(what));
+            QVERIFY2(isAliasMade == (lost == 2) && lines.filter(alias).size() == (lost == 2 ? 0 : 1),
+                     qPrintable(what));
+            const bool isSaved = lost < 3 || stands == Nothing;
+            QVERIFY2(lines.filter(save).isEmpty() == isSaved, qPrintable(what));
+            QVERIFY2(!isSaved || world.settings() == model::settingsToJson(world.config.stored()),
+                     qPrintable(what));
+            QVERIFY2(stands != File || World::bytesOf(folder) == "kept", qPrintable(what));
+            QVERIFY2(stands != Link || !platform::itemExists(folder), qPrintable(what));
+        }
+    }
+}
+
+/// Copies of replaced settings from a clock ahead counted as the newest, and those made since went at once.
+void TestFaultyDisk::jumpingClockLosesNoCopy()
+{
+    World world(false);
+    constexpr time_t year = 365 * 24 * 3600;
+    for (int round = 0; round < 24; ++round) {
+        clockError = round < 12 ? 20 * year : round < 18 ? 0 : -20 * year;
+        const QByteArray broken = "broken " + QByteArray::number(round);
+        QVERIFY(platform::writeInPlace(model::settingsFileURL(world.config), broken, nullptr));
+        const StdoutCapture silent;
+        startFirst(world);
+        const QDir copies(world.config.stateDirectory());
+        QStringList names = copies.entryList({QStringLiteral("replaced-*")});
+        QVERIFY(names.size() <= 10 && std::any_of(names.cbegin(), names.cend(), [&](const QString &name) {
+                    return World::bytesOf(copies.filePath(name)) == broken;
+                }));
+    }
+    clockError = 0;
 }
 
 QTEST_MAIN(TestFaultyDisk)
