@@ -6,6 +6,7 @@
 #include "strip/scratchpadview.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QPlainTextEdit>
 #include <QShowEvent>
 #include <QTemporaryDir>
@@ -18,6 +19,11 @@
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Otherwise the toolkit asks every font of the system about each rare script.
+    static const QTemporaryDir fonts;
+    platform::writeInPlace(fonts.filePath(QStringLiteral("f")),
+                           "<fontconfig><dir>/usr/share/fonts/truetype/dejavu</dir></fontconfig>", nullptr);
+    qputenv("FONTCONFIG_FILE", QFile::encodeName(fonts.filePath(QStringLiteral("f"))));
     static const QApplication application(*argc, *argv);
     ::dup2(::open("/dev/null", O_WRONLY), STDOUT_FILENO); // the reports
     return 0;
@@ -47,15 +53,16 @@ extern "C" int LLVMFuzzerTestOneInput(const char *data, std::size_t size)
     config.setTileItems({tile});
     platform::writeInPlace(path, bytes, nullptr);
     ScratchpadView pad(config, tile.id, nullptr);
+    auto *editor = pad.findChild<QPlainTextEdit *>();
     QShowEvent shown;
     QCoreApplication::sendEvent(&pad, &shown);
     if (platform::readWholeFile(path, nullptr) != bytes)
         std::abort();
     if (!platform::decodeUtf8(bytes, nullptr))
         return 0;
-    auto *editor = pad.findChild<QPlainTextEdit *>();
-    editor->moveCursor(QTextCursor::End);
-    editor->insertPlainText(QStringLiteral("x"));
+    QTextCursor cursor(editor->document());
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertText(QStringLiteral("x"));
     const QByteArray edited = platform::readWholeFile(path, nullptr).value_or(QByteArray());
     if (withoutLineEnds(edited) != withoutLineEnds(bytes) + u'x')
         std::abort();
