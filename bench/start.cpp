@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What a start costs, beside that of a bare window with 22 pictures ("floor"), the two taking turns.
-//   start [ROUNDS]
+//   start [ROUNDS [ROW]]: of the rows, only the one whose name holds the text
 #include "table.h"
 #include "trial.h"
 
@@ -162,6 +162,9 @@ int main(int argc, char **argv)
                      .reach = 1.2,
                      .desktop = QByteArrayLiteral("GNOME")});
 
+    const QString wanted = QString::fromLocal8Bit(argc > 2 ? argv[2] : "");
+    rows.removeIf([&](const Row &row) { return !row.isFloor && !row.name.contains(wanted); });
+
     Trial trial;
     Row &floor = rows.first();
     // A row has all its starts in turn with the floor's, so that it finds the pictures that it saved itself.
@@ -184,6 +187,7 @@ int main(int argc, char **argv)
                    number(row.instructions / floor.instructions, 2), number(median(row.cpuLater), 1),
                    number(median(row.memory), 1), number(median(row.memory) - median(floor.memory), 1)});
     }
-    measureIdle(trial);
+    if (wanted.isEmpty())
+        measureIdle(trial);
     return 0;
 }

@@ -22,5 +22,6 @@ struct TileItem
 
     bool operator==(const TileItem &) const = default;
 };
+Q_DECLARE_TYPEINFO(TileItem, Q_RELOCATABLE_TYPE); // lists grow without moving one at a time
 
 size_t qHash(const TileItem &item, size_t seed = 0);

@@ -13,5 +13,6 @@ struct TileMenuItem
 
     bool operator==(const TileMenuItem &) const = default;
 };
+Q_DECLARE_TYPEINFO(TileMenuItem, Q_RELOCATABLE_TYPE); // lists grow without moving one at a time
 
 size_t qHash(const TileMenuItem &item, size_t seed = 0);

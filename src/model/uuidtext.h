@@ -9,7 +9,8 @@
 
 namespace model {
 
-using UuidText = std::array<char, 36>;
+constexpr qsizetype uuidLength = 36;
+using UuidText = std::array<char, uuidLength>;
 
 /// The canonical text of a UUID: 36 characters, upper case, no braces.
 UuidText uuidBytes(const QUuid &id);
