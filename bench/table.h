@@ -28,4 +28,7 @@ QString number(double value, int decimals);
 
 double median(QList<double> values);
 
+/// The time that this thread has had on a processor.
+double processorTime(); // ms
+
 } // namespace bench
