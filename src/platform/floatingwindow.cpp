@@ -3,6 +3,12 @@
 
 #include "platform/x11.h"
 
+#include <QRegion>
+
+#include <vector>
+
+#include <dlfcn.h>
+
 namespace platform {
 
 using namespace x11;
@@ -31,6 +37,13 @@ void sendToRoot(xcb_connection_t *x, xcb_window_t window, xcb_atom_t type,
 
 } // namespace
 
+bool mustBypassManager()
+{
+    // Both: a shell keeps the first one from a session that is over.
+    return qEnvironmentVariableIsSet("SWAYSOCK") && qEnvironmentVariableIsSet("WAYLAND_DISPLAY")
+        && connection();
+}
+
 void floatOnAllDesktops(quintptr window)
 {
     xcb_connection_t *x = connection();
@@ -56,6 +69,29 @@ void requestAllDesktops(quintptr window)
     sendToRoot(x, id, desktop, {allDesktops, fromApplication, 0, 0, 0});
     sendToRoot(x, id, state, {add, sticky, skipTaskbar, fromApplication, 0});
     sendToRoot(x, id, state, {add, skipPager, 0, fromApplication, 0});
+    xcb_flush(x);
+}
+
+void setInputRegion(quintptr window, const QRegion &region, qreal scale)
+{
+    using Rectangles =
+        xcb_void_cookie_t(xcb_connection_t *, uint8_t operation, uint8_t kind, uint8_t order, xcb_window_t,
+                          int16_t x, int16_t y, uint32_t, const xcb_rectangle_t *);
+    constexpr uint8_t replace = 0;
+    constexpr uint8_t inputShape = 2;
+    // There with the toolkit's X11 plugin, and needed too seldom to be linked.
+    static void *const library = ::dlopen("libxcb-shape.so.0", RTLD_LAZY);
+    static auto *const shape =
+        library ? reinterpret_cast<Rectangles *>(::dlsym(library, "xcb_shape_rectangles")) : nullptr;
+    xcb_connection_t *x = connection();
+    if (!x || !shape)
+        return;
+    std::vector<xcb_rectangle_t> rectangles;
+    for (const QRect &part : region)
+        rectangles.push_back({int16_t(part.x() * scale), int16_t(part.y() * scale),
+                              uint16_t(part.width() * scale), uint16_t(part.height() * scale)});
+    shape(x, replace, inputShape, XCB_CLIP_ORDERING_UNSORTED, xcb_window_t(window), 0, 0,
+          uint32_t(rectangles.size()), rectangles.data());
     xcb_flush(x);
 }
 

@@ -3,9 +3,15 @@
 
 #include <QtGlobal>
 
+class QRegion;
+
 /// What a window that floats on every desktop needs of the X server and the window manager and the toolkit
 /// has no call for. On another window system each function does nothing.
 namespace platform {
+
+/// True under sway, which gives no window that it manages a place of its own, nor keeps it above others. A window
+/// that is to float there takes Qt::BypassWindowManagerHint.
+bool mustBypassManager();
 
 /// Puts the window on all desktops and out of task bars and pagers. Called before every mapping: the window
 /// manager takes these properties away when a window is hidden.
@@ -14,6 +20,10 @@ void floatOnAllDesktops(quintptr window);
 /// The same as a request to the window manager, for a window that is mapped: some managers look at the
 /// properties of a new window only in part.
 void requestAllDesktops(quintptr window);
+
+/// Lets presses outside the region, in points, through to what lies below the window. The toolkit's mask
+/// does that on an X server of its own, but not on a Wayland compositor's.
+void setInputRegion(quintptr window, const QRegion &region, qreal scale);
 
 /// Brings a mapped window to the desktop that the user looks at.
 void moveToCurrentDesktop(quintptr window);

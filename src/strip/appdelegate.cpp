@@ -24,6 +24,8 @@ AppDelegate::AppDelegate(ContentView &strip, QObject *parent)
     , m_strip(strip)
 {
     strip.setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    if (platform::mustBypassManager()) // a tool, since any other window takes the keyboard as it comes up
+        strip.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
     strip.setAttribute(Qt::WA_TranslucentBackground);
     strip.setAttribute(Qt::WA_QuitOnClose);
     strip.setWindowTitle(QStringLiteral("pondWicket"));
@@ -41,14 +43,21 @@ void AppDelegate::applicationDidFinishLaunching()
         placeAt(screen->geometry().bottomLeft(), screen->geometry());
     m_strip.show();
     QTimer::singleShot(0, this, [this] {
-        updateShadow();
-        connect(&m_strip, &ContentView::shapeChanged, this, &AppDelegate::updateShadow);
+        updateShape();
+        connect(&m_strip, &ContentView::shapeChanged, this, &AppDelegate::updateShape);
+        m_managerWatcher.emplace([this] {
+            platform::requestAllDesktops(m_strip.winId());
+            if (platform::mustBypassManager())
+                m_strip.raise();
+        });
     });
 }
 
-/// The window's empty part casts none.
-void AppDelegate::updateShadow()
+/// The window's empty part takes no presses and casts no shadow.
+void AppDelegate::updateShape()
 {
+    if (platform::mustBypassManager())
+        platform::setInputRegion(m_strip.winId(), m_strip.mask(), m_strip.devicePixelRatioF());
     const QRect shown = m_strip.mask().boundingRect();
     const qreal scale = m_strip.devicePixelRatioF();
     const auto pixels = [scale](int points) { return qRound(points * scale); };

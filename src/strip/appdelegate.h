@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/managerwatcher.h"
 #include "platform/windowshadow.h"
 
 #include <QObject>
 #include <QPoint>
 #include <QTimer>
+
+#include <optional>
 
 class ContentView;
 
@@ -26,13 +29,14 @@ protected:
 
 private:
     void fitWindow();
-    void updateShadow();
+    void updateShape();
     void placeAt(QPoint bottomLeft, const QRect &area);
     void scheduleReturn();
     void watchScreens();
 
     ContentView &m_strip;
     platform::WindowShadow m_shadow;
+    std::optional<platform::ManagerWatcher> m_managerWatcher;
     QPoint m_corner; ///< bottom-left of the window where it was last put by us
     int m_returnsLeft = 0;
     bool m_isHome = true; ///< in the corner of the primary screen, as long as nobody moves it

@@ -40,11 +40,13 @@ Popover::Popover(QWidget &anchor, Side side)
     , m_anchor(anchor)
     , m_side(side)
 {
+    if (platform::mustBypassManager()) // which has no keyboard for tools
+        setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
     setAttribute(Qt::WA_TranslucentBackground);
     auto *layout = new QVBoxLayout(this);
     layout->setSizeConstraint(QLayout::SetNoConstraint);
     connect(qApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
-        if (state != Qt::ApplicationActive)
+        if (state != Qt::ApplicationActive && !m_backdrop)
             dismiss();
     });
 }
@@ -67,14 +69,24 @@ void Popover::open(Activation activation)
     setAttribute(Qt::WA_KeyboardFocusChange, m_anchor.window()->testAttribute(Qt::WA_KeyboardFocusChange));
     place();
     qApp->installEventFilter(this);
-    m_pressWatcher.emplace([this] {
-        if (!QApplication::widgetAt(QCursor::pos()))
-            QMetaObject::invokeMethod(this, &Popover::dismiss, Qt::QueuedConnection);
-    });
+    if (platform::mustBypassManager()) {
+        m_backdrop = new QWidget(this, Qt::ToolTip | Qt::FramelessWindowHint);
+        m_backdrop->setAttribute(Qt::WA_TranslucentBackground);
+        m_backdrop->setGeometry(m_anchor.screen()->virtualGeometry());
+        m_backdrop->show();
+    } else {
+        m_pressWatcher.emplace([this] {
+            if (!QApplication::widgetAt(QCursor::pos()))
+                QMetaObject::invokeMethod(this, &Popover::dismiss, Qt::QueuedConnection);
+        });
+    }
     show();
     if (activation == Activation::TakeFocus) {
         raise();
-        activateWindow();
+        if (m_backdrop) // nobody gives it the focus, so it takes the keys
+            windowHandle()->setKeyboardGrabEnabled(true);
+        else
+            activateWindow();
         if (m_content->focusProxy())
             m_content->setFocus(Qt::PopupFocusReason);
     }
@@ -95,6 +107,11 @@ void Popover::hideEvent(QHideEvent *event)
     if (!event->spontaneous()) {
         qApp->removeEventFilter(this);
         m_pressWatcher.reset();
+        if (m_backdrop) { // by a press on it, perhaps
+            m_backdrop->hide();
+            m_backdrop->deleteLater();
+            m_backdrop = nullptr;
+        }
     }
 }
 
@@ -115,7 +132,13 @@ bool Popover::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::MouseButtonPress:
         // Panels and the settings window are windows of their own and leave it open.
-        if (widget->window() == m_anchor.window() && !isInside(widget))
+        if (widget == m_backdrop || (widget->window() == m_anchor.window() && !isInside(widget)))
+            dismiss();
+        break;
+    case QEvent::Show:
+        // A window of ours that the manager keeps is below the backdrop.
+        if (m_backdrop && (widget->windowType() == Qt::Window || widget->windowType() == Qt::Dialog)
+            && widget != this)
             dismiss();
         break;
     case QEvent::Move:

@@ -58,6 +58,7 @@ private:
     int m_arrowPosition = 0; ///< of the tip along its edge, in the window's points
     QWidget *m_content = nullptr;
     std::optional<platform::PressWatcher> m_pressWatcher; ///< while it is open
+    QWidget *m_backdrop = nullptr; ///< instead, where presses beside our windows stay unknown
     QImage m_picture; ///< the painted frame at the present size and scale
 };
 

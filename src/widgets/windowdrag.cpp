@@ -8,6 +8,39 @@
 
 namespace widgets {
 
+namespace {
+
+/// Moves a window with the pointer until the button is let go, which nobody else gets to know.
+class OwnDrag : public QObject
+{
+public:
+    OwnDrag(QWidget &window, QPoint pressPosition)
+        : QObject(&window)
+        , m_window(window)
+        , m_grip(pressPosition - window.pos())
+    {
+        qApp->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        const bool isRelease = event->type() == QEvent::MouseButtonRelease;
+        if (!watched->isWidgetType() || (event->type() != QEvent::MouseMove && !isRelease))
+            return false;
+        m_window.move(static_cast<QMouseEvent *>(event)->globalPosition().toPoint() - m_grip);
+        if (isRelease)
+            deleteLater();
+        return true;
+    }
+
+private:
+    QWidget &m_window;
+    QPoint m_grip; ///< where the pointer holds the window
+};
+
+} // namespace
+
 bool startsWindowDrag(const QWidget &widget, const QMouseEvent &move, QPoint pressPosition)
 {
     if (!(move.buttons() & Qt::LeftButton))
@@ -16,8 +49,12 @@ bool startsWindowDrag(const QWidget &widget, const QMouseEvent &move, QPoint pre
     const QPoint way = move.globalPosition().toPoint() - pressPosition;
     if (way.manhattanLength() <= QApplication::startDragDistance())
         return false;
-    QWindow *window = widget.window()->windowHandle();
-    return window && window->startSystemMove();
+    QWidget &window = *widget.window();
+    if (window.windowFlags() & Qt::BypassWindowManagerHint) {
+        new OwnDrag(window, pressPosition);
+        return true;
+    }
+    return window.windowHandle() && window.windowHandle()->startSystemMove();
 }
 
 } // namespace widgets
