@@ -7,6 +7,8 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <optional>
+
 class Config;
 class EndCap;
 class HomeTileView;
@@ -78,5 +80,5 @@ private:
     widgets::Spring m_spring; ///< shown length of the tiles as a share of their whole length
     QTimer m_frameTimer; ///< runs only while the spring does
     QElapsedTimer m_clock;
-    QPoint m_pressPosition;
+    std::optional<QPoint> m_pressPosition;
 };

@@ -53,7 +53,7 @@ private:
     ImageLook m_look;
     mutable std::optional<QRegion> m_opaqueRegion; ///< of m_look at the present size
     QPixmap m_composed; ///< m_look at the present size and scale; null when it must be made anew
-    QPoint m_pressPosition;
+    std::optional<QPoint> m_pressPosition;
 };
 
 } // namespace widgets

@@ -41,20 +41,23 @@ private:
 
 } // namespace
 
-bool startsWindowDrag(const QWidget &widget, const QMouseEvent &move, QPoint pressPosition)
+bool startsWindowDrag(const QWidget &widget, const QMouseEvent &move, std::optional<QPoint> &pressPosition)
 {
     if (!(move.buttons() & Qt::LeftButton))
         return false;
+    if (!pressPosition)
+        return true;
     // Not on the press itself: a move that the window manager takes over swallows the click.
-    const QPoint way = move.globalPosition().toPoint() - pressPosition;
+    const QPoint way = move.globalPosition().toPoint() - *pressPosition;
     if (way.manhattanLength() <= QApplication::startDragDistance())
         return false;
     QWidget &window = *widget.window();
-    if (window.windowFlags() & Qt::BypassWindowManagerHint) {
-        new OwnDrag(window, pressPosition);
-        return true;
-    }
-    return window.windowHandle() && window.windowHandle()->startSystemMove();
+    if (window.windowFlags() & Qt::BypassWindowManagerHint)
+        new OwnDrag(window, *pressPosition);
+    else if (!window.windowHandle() || !window.windowHandle()->startSystemMove())
+        return false;
+    pressPosition.reset();
+    return true;
 }
 
 } // namespace widgets

@@ -2,6 +2,7 @@
 #include "support/program.h"
 
 #include <QFile>
+#include <QStandardPaths>
 #include <QTest>
 
 #include <csignal>
@@ -15,7 +16,74 @@ namespace {
 constexpr QPoint quitButton(7, 22);
 constexpr QPoint homeTile(36, 22);
 constexpr QPoint firstTile(80, 22);
+constexpr QPoint secondTile(124, 22);
 constexpr QPoint emptyPart(700, 22);
+constexpr QRect home(0, 800 - 44, 1024, 44);
+
+/// The strip on a desktop, above a window that writes down each of its events.
+struct World
+{
+    explicit World(const QString &manager, const QStringList &variables = {}, bool compositor = false)
+        : desktop({.windowManager = manager, .compositor = compositor})
+    {
+        for (const QString &variable : variables)
+            desktop.environment().insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
+        below.emplace(desktop, u"xev"_qs, u"-geometry 1000x200+50-10 -name Below"_qs.split(u' '));
+        belowWindow = desktop.waitForWindow({u"--name"_qs, u"^Below$"_qs});
+        program.emplace(desktop, QStringLiteral(PW_PROGRAM));
+        strip = program->waitForWindow();
+    }
+
+    QRect stripGeometry() const
+    {
+        return desktop.windows({u"--name"_qs, u"^pondWicket$"_qs}).value(0).geometry;
+    }
+    bool has(const QString &property, const QString &value) const
+    {
+        return desktop.property(strip, property).contains(value);
+    }
+    bool floats() const
+    {
+        return has(u"_NET_WM_STATE"_qs, u"_NET_WM_STATE_ABOVE"_qs)
+            && has(u"_NET_WM_DESKTOP"_qs, u"4294967295"_qs);
+    }
+    QByteArray windowAt(QPoint point) const
+    {
+        desktop.moveTo(point);
+        return desktop.xdotool({u"getmouselocation"_qs, u"--shell"_qs}).split('\n').value(3);
+    }
+    bool isBelowUnderStrip() const { return windowAt(home.topLeft() + firstTile) == windowAt({640, 100}); }
+    qsizetype clicksBelow(int button = 1)
+    {
+        return below->lines().filter(u"button %1"_qs.arg(button)).size() / 2; // press and release
+    }
+    void drag(QPoint from, QPoint by) const;
+
+    Desktop desktop;
+    std::optional<Program> below;
+    Window belowWindow;
+    std::optional<Program> program;
+    Window strip;
+};
+
+/// The window follows once the manager holds the pointer, from wherever that is by then: goes on moving until
+/// it does.
+void World::drag(QPoint from, QPoint by) const
+{
+    const QRect before = stripGeometry();
+    desktop.moveTo(from);
+    desktop.press();
+    int step = 0;
+    waitUntil([&] {
+        desktop.moveTo(from + QPoint(20 * (++step % 2), -20));
+        return stripGeometry() != before;
+    });
+    desktop.moveTo(from + by);
+    waitUntil([&] { return (stripGeometry().topLeft() - before.topLeft() - by).manhattanLength() < 60; });
+    desktop.release();
+    // Each further move of the pointer before the manager held it began a drag of its own after this one.
+    desktop.moveTo({1200, 10});
+}
 
 } // namespace
 
@@ -24,132 +92,158 @@ class TestStripWindow : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-
-    void floatsAtTheBottomLeft();
-    void emptyPartPassesClicks();
+    void holdsUnder_data();
+    void holdsUnder();
+    void floatsPastTheManager();
+    void survivesAnotherManager();
     void endsWithoutWriting();
-    void dragMovesAndFiresNothing();
-
-private:
-    bool startStrip();
-    QRect stripGeometry() const;
-
-    std::optional<Desktop> m_desktop;
-    std::optional<Program> m_program;
-    Window m_strip;
+    void dragFiresNothing();
 };
 
-void TestStripWindow::init()
+void TestStripWindow::holdsUnder_data()
 {
-    m_desktop.emplace();
-    QVERIFY2(m_desktop->isUp(), qPrintable(m_desktop->problem()));
+    QTest::addColumn<bool>("yieldsToFullScreen");
+    QTest::addRow("openbox") << true;
+    QTest::addRow("xfwm4 --compositor=off") << false;
+    QTest::addRow("metacity --no-composite") << true;
+    QTest::addRow("mutter --x11") << false;
+    QTest::addRow("kwin_x11") << true;
 }
 
-void TestStripWindow::cleanup()
+void TestStripWindow::holdsUnder()
 {
-    m_program.reset();
-    m_desktop.reset();
-}
+    QFETCH(const bool, yieldsToFullScreen);
+    const QString manager = QString::fromLatin1(QTest::currentDataTag());
+    if (QStandardPaths::findExecutable(manager.section(u' ', 0, 0)).isEmpty())
+        QSKIP(qPrintable(manager.section(u' ', 0, 0) + u" is not installed"_qs));
+    World world(manager);
+    Desktop &desktop = world.desktop;
+    QVERIFY2(desktop.isUp(), qPrintable(desktop.problem()));
+    QVERIFY2(!world.strip.isNull(), qPrintable(world.program->errors()));
 
-bool TestStripWindow::startStrip()
-{
-    m_program.emplace(*m_desktop, QStringLiteral(PW_PROGRAM));
-    m_strip = m_program->waitForWindow();
-    return !m_strip.isNull();
-}
+    QTRY_COMPARE(world.stripGeometry(), home);
+    QTRY_VERIFY(world.floats());
+    const QString frame = desktop.property(world.strip, u"_NET_FRAME_EXTENTS"_qs);
+    QVERIFY2(frame.isEmpty() || frame == u"0, 0, 0, 0", qPrintable(frame));
 
-QRect TestStripWindow::stripGeometry() const
-{
-    return m_program->windows().value(0).geometry;
-}
-
-void TestStripWindow::floatsAtTheBottomLeft()
-{
-    for (const bool compositor : {false, true}) {
-        m_program.reset();
-        m_desktop.emplace(DesktopOptions{.compositor = compositor});
-        QVERIFY2(m_desktop->isUp(), qPrintable(m_desktop->problem()));
-        QVERIFY2(startStrip(), qPrintable(m_program->errors()));
-
-        QTRY_COMPARE(stripGeometry(), QRect(0, 800 - 44, 1024, 44));
-        const auto property = [this](const QString &name) { return m_desktop->property(m_strip, name); };
-        QTRY_VERIFY(property(u"_NET_WM_STATE"_qs).contains(u"_NET_WM_STATE_ABOVE"));
-        QTRY_COMPARE(property(u"_NET_WM_DESKTOP"_qs), u"4294967295"_qs);
-        QCOMPARE(property(u"_NET_FRAME_EXTENTS"_qs), u"0, 0, 0, 0"_qs);
-    }
-}
-
-void TestStripWindow::emptyPartPassesClicks()
-{
-    // A window below the strip's empty part that writes down each event.
-    Program below(*m_desktop, u"xev"_qs, {u"-geometry"_qs, u"1000x200+50-10"_qs});
-    QVERIFY(!m_desktop->waitForWindow({u"--name"_qs, u"Event Tester"_qs}).isNull());
-    QVERIFY2(startStrip(), qPrintable(m_program->errors()));
-    const auto clicks = [&below](int button) {
-        return below.lines().filter(u"button %1"_qs.arg(button)).size() / 2; // press and release
-    };
-
-    m_desktop->click(m_strip.geometry.topLeft() + emptyPart);
-    QTRY_COMPARE(clicks(1), 1);
     // A click on the strip stays there; the one after it shows that the tester has caught up.
-    m_desktop->click(m_strip.geometry.topLeft() + homeTile, 2);
-    m_desktop->click(m_strip.geometry.topLeft() + emptyPart);
-    QTRY_COMPARE(clicks(1), 2);
-    QCOMPARE(clicks(2), 0);
+    desktop.click(home.topLeft() + emptyPart);
+    QTRY_COMPARE(world.clicksBelow(), 1);
+    QVERIFY(!world.isBelowUnderStrip()); // and stays above the window that has the focus now
+    desktop.click(home.topLeft() + homeTile, 2);
+    desktop.click(home.topLeft() + emptyPart);
+    QTRY_COMPARE(world.clicksBelow(), 2);
+    QCOMPARE(world.clicksBelow(2), 0);
+
+    desktop.xdotool({u"windowactivate"_qs, u"--sync"_qs, world.strip.id});
+    desktop.key(u"ctrl+2"_qs);
+    const QStringList popover = {u"--name"_qs, u"^Computer history$"_qs};
+    QTRY_COMPARE(desktop.windows(popover).size(), 1);
+    QTRY_COMPARE(desktop.windows(popover).value(0).geometry.bottom() + 1, home.top());
+    const QRect place = desktop.windows(popover).value(0).geometry;
+    QVERIFY(place.left() < secondTile.x() && place.right() > secondTile.x());
+    desktop.key(u"Escape"_qs);
+    QTRY_VERIFY(desktop.windows(popover).isEmpty());
+
+    // Full-screen and with the focus.
+    const QString below = world.belowWindow.id;
+    desktop.xdotool({u"windowunmap"_qs, u"--sync"_qs, below});
+    desktop.run(
+        u"xprop"_qs,
+        u"-id %1 -f _NET_WM_STATE 32a -set _NET_WM_STATE _NET_WM_STATE_FULLSCREEN"_qs.arg(below).split(u' '));
+    desktop.xdotool({u"windowmap"_qs, u"--sync"_qs, below, u"windowactivate"_qs, below});
+    QTRY_COMPARE(desktop.windows({u"--name"_qs, u"^Below$"_qs}).value(0).geometry, QRect(0, 0, 1280, 800));
+    QTRY_COMPARE(world.isBelowUnderStrip(), yieldsToFullScreen);
+    world.below.reset();
+
+    world.drag(home.topLeft() + firstTile, {150, -300});
+    const QRect dragged = world.stripGeometry();
+    QVERIFY((dragged.topLeft() - home.topLeft() - QPoint(150, -300)).manhattanLength() < 60);
+    QCOMPARE(dragged.size(), home.size());
+
+    desktop.endManager();
+    QVERIFY2(desktop.startManager(manager), qPrintable(desktop.problem()));
+    QVERIFY2(waitUntil([&] { return world.floats(); }),
+             qPrintable(desktop.property(world.strip, u"_NET_WM_STATE"_qs)
+                        + desktop.property(world.strip, u"_NET_WM_DESKTOP"_qs)));
+    QTRY_COMPARE(world.stripGeometry(), dragged);
+}
+
+/// As under sway, whose rules for windows are not those of the desktop that this one runs on.
+void TestStripWindow::floatsPastTheManager()
+{
+    World world(u"openbox"_qs, {u"SWAYSOCK=/none"_qs, u"WAYLAND_DISPLAY=none"_qs});
+    const Desktop &desktop = world.desktop;
+    QVERIFY2(!world.strip.isNull(), qPrintable(world.program->errors()));
+    QCOMPARE(world.stripGeometry(), home);
+    QVERIFY(
+        desktop.run(u"xwininfo"_qs, {u"-id"_qs, world.strip.id}).contains("Override Redirect State: yes"));
+    QVERIFY(
+        world.has(u"_NET_WM_WINDOW_TYPE"_qs, u"_NET_WM_WINDOW_TYPE_UTILITY"_qs)); // which gets no keyboard
+
+    desktop.click(home.topLeft() + secondTile, 3);
+    const QStringList popover = {u"--name"_qs, u"^Computer history$"_qs};
+    QTRY_COMPARE(desktop.windows(popover).size(), 1);
+    desktop.key(u"Escape"_qs);
+    QTRY_VERIFY(desktop.windows(popover).isEmpty());
+    desktop.click(home.topLeft() + secondTile, 3);
+    QTRY_COMPARE(desktop.windows(popover).size(), 1);
+    desktop.click(world.belowWindow.at(900, 20));
+    QTRY_VERIFY(desktop.windows(popover).isEmpty());
+
+    world.drag(home.topLeft() + firstTile, {150, -300});
+    QTRY_COMPARE(world.stripGeometry(), home.translated(150, -300));
+}
+
+/// xfwm4 put the strip on one desktop when it took over from another manager.
+void TestStripWindow::survivesAnotherManager()
+{
+    World world(u"openbox"_qs);
+    QTRY_VERIFY(world.floats());
+    world.desktop.endManager();
+    QVERIFY2(world.desktop.startManager(u"xfwm4 --compositor=off"_qs), qPrintable(world.desktop.problem()));
+    QTRY_VERIFY(world.floats());
+    QTRY_COMPARE(world.stripGeometry(), home);
 }
 
 void TestStripWindow::endsWithoutWriting()
 {
+    Desktop desktop({.compositor = true});
     for (const QString &way : {u"TERM"_qs, u"INT"_qs, u"quit button"_qs, u"Ctrl+Q"_qs}) {
-        QVERIFY2(startStrip(), qPrintable(m_program->errors()));
+        Program program(desktop, QStringLiteral(PW_PROGRAM));
+        const Window strip = program.waitForWindow();
+        QVERIFY2(!strip.isNull(), qPrintable(program.errors()));
         // What was written anew would be the three sample tiles again.
-        QVERIFY(QFile::remove(m_desktop->settingsFile()));
-        const qsizetype printed = m_program->lines().size();
+        QVERIFY(QFile::remove(desktop.settingsFile()));
+        const qsizetype printed = program.lines().size();
 
         if (way == u"quit button") {
-            m_desktop->click(m_strip.geometry.topLeft() + quitButton);
+            desktop.click(strip.geometry.topLeft() + quitButton);
         } else if (way == u"Ctrl+Q") {
-            m_desktop->xdotool({u"windowactivate"_qs, u"--sync"_qs, m_strip.id});
+            desktop.xdotool({u"windowactivate"_qs, u"--sync"_qs, strip.id});
             // The shortcuts come a moment after the window.
-            QVERIFY(waitUntil([this] {
-                m_desktop->key(u"ctrl+q"_qs);
-                return !m_program->isRunning();
+            QVERIFY(waitUntil([&] {
+                desktop.key(u"ctrl+q"_qs);
+                return !program.isRunning();
             }));
         } else {
-            ::kill(pid_t(m_program->processId()), way == u"TERM" ? SIGTERM : SIGINT);
+            ::kill(pid_t(program.processId()), way == u"TERM" ? SIGTERM : SIGINT);
         }
-        QVERIFY2(m_program->waitForExit() == 0, qPrintable(way + m_program->errors()));
-        QVERIFY2(!QFile::exists(m_desktop->settingsFile()), qPrintable(way));
-        QVERIFY2(m_program->lines().size() == printed, qPrintable(way));
+        QVERIFY2(program.waitForExit() == 0, qPrintable(way + program.errors()));
+        QVERIFY2(!QFile::exists(desktop.settingsFile()), qPrintable(way));
+        QVERIFY2(program.lines().size() == printed, qPrintable(way));
     }
 }
 
-void TestStripWindow::dragMovesAndFiresNothing()
+void TestStripWindow::dragFiresNothing()
 {
+    World world(u"openbox"_qs);
     for (const QPoint start : {quitButton, homeTile, firstTile}) {
-        QVERIFY2(startStrip(), qPrintable(m_program->errors()));
-        const QPoint from = m_strip.geometry.topLeft() + start;
-        m_desktop->moveTo(from);
-        m_desktop->press();
-        // The window follows once the manager holds the pointer, from wherever that is by then: go on moving
-        // until it does.
-        int step = 0;
-        QTRY_VERIFY2(
-            (m_desktop->moveTo(from + QPoint(100 * (++step % 2), -200)), stripGeometry() != m_strip.geometry),
-            qPrintable(QString::number(start.x())));
-        m_desktop->moveTo(from + QPoint(100, -600));
-        QTRY_VERIFY(stripGeometry().bottom() < m_strip.geometry.bottom() - 300);
-        QCOMPARE(stripGeometry().size(), m_strip.geometry.size());
-        m_desktop->release();
-
+        world.drag(world.stripGeometry().topLeft() + start, {30, -100});
         // A click elsewhere goes through the same queue: had a button fired, its window would be there by
         // now.
-        m_desktop->click(QPoint(1200, 100), 2);
-        QCOMPARE(m_program->windows().size(), 1);
-        m_program->terminate();
-        QCOMPARE(m_program->waitForExit(), 0);
+        world.desktop.click(QPoint(1200, 100), 2);
+        QCOMPARE(world.program->windows().size(), 1);
     }
 }
 

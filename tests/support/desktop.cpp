@@ -86,6 +86,8 @@ Desktop::Desktop(const DesktopOptions &options)
 
 Desktop::~Desktop()
 {
+    if (m_manager)
+        endProcess(*m_manager);
     std::for_each(m_processes.rbegin(), m_processes.rend(),
                   [](const auto &process) { endProcess(*process); });
 }
@@ -109,16 +111,23 @@ bool Desktop::startManager(const QString &command)
 {
     QStringList arguments = QProcess::splitCommand(command);
     const QString program = arguments.takeFirst();
-    if (!start(program, program, arguments))
-        return false;
+    m_manager = startProcess(program, arguments, m_environment);
     // A window that is mapped while a manager still starts is never shown: wait until it does what it is
     // asked.
-    if (!waitUntil([this] {
+    if (!m_manager || !waitUntil([this] {
             xdotool({u"set_num_desktops"_qs, u"3"_qs});
             return xdotool({u"get_num_desktops"_qs}).trimmed() == "3";
         }))
         m_problem = program + u" does not manage the screen"_qs;
     return isUp();
+}
+
+void Desktop::endManager()
+{
+    // Its desktops would be there still, and the next manager seem to be up.
+    xdotool({u"set_num_desktops"_qs, u"2"_qs});
+    waitUntil([this] { return xdotool({u"get_num_desktops"_qs}).trimmed() == "2"; });
+    endProcess(*m_manager);
 }
 
 bool Desktop::startCompositor()

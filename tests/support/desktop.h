@@ -44,6 +44,10 @@ public:
     bool isUp() const { return m_problem.isEmpty(); }
     const QString &problem() const { return m_problem; }
 
+    /// The window manager: one at a time, and the desktop's programs stay.
+    bool startManager(const QString &command);
+    void endManager();
+
     /// What programs on this desktop see; change it before they start.
     QProcessEnvironment &environment() { return m_environment; }
     const QProcessEnvironment &environment() const { return m_environment; }
@@ -85,12 +89,12 @@ public:
 private:
     bool start(const QString &what, const QString &program, const QStringList &arguments,
                QByteArray *firstLine = nullptr);
-    bool startManager(const QString &command);
     bool startCompositor();
 
     QTemporaryDir m_root;
     QProcessEnvironment m_environment;
     std::vector<std::unique_ptr<QProcess>> m_processes;
+    std::unique_ptr<QProcess> m_manager;
     QString m_problem;
 };
 
