@@ -15,6 +15,7 @@
 namespace {
 
 constexpr std::chrono::milliseconds settlingTime(200); // of a change of screens
+constexpr std::chrono::seconds managerStart(1); // of a window manager that takes over
 constexpr int maxReturns = 3; // after a change of screens, when the window manager moves the strip as well
 
 } // namespace
@@ -46,9 +47,11 @@ void AppDelegate::applicationDidFinishLaunching()
         updateShape();
         connect(&m_strip, &ContentView::shapeChanged, this, &AppDelegate::updateShape);
         m_managerWatcher.emplace([this] {
-            platform::requestAllDesktops(m_strip.winId());
             if (platform::mustBypassManager())
                 m_strip.raise();
+            else // asked for before it has looked at all windows, some ignore it
+                QTimer::singleShot(managerStart, this,
+                                   [this] { platform::requestAllDesktops(m_strip.winId()); });
         });
     });
 }
