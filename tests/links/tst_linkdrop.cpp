@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "onetile.h"
+
 #include "links/linkdrop.h"
 #include "links/linkkind.h"
-#include "model/tiles.h"
 
 #include <QDropEvent>
-#include <QFile>
 #include <QMimeData>
 #include <QSysInfo>
-#include <QTemporaryDir>
-#include <QtTest>
 
 using links::DroppedItem;
 
@@ -19,8 +17,7 @@ class TestLinkDrop : public QObject
 private Q_SLOTS:
     void whatCounts();
     void dragIsAnswered();
-    void textIsHandedOverLater();
-    void tileMayGoMeanwhile();
+    void dropIsHandedOverLater();
     void fileAddresses();
 };
 
@@ -28,37 +25,22 @@ namespace {
 
 using Formats = QList<std::pair<const char *, QByteArray>>;
 
-constexpr auto uriList = "text/uri-list";
-constexpr auto plain = "text/plain";
-constexpr auto plainUtf8 = "text/plain;charset=utf-8";
-constexpr auto mozUrl = "text/x-moz-url";
-
-void fill(QMimeData &data, const Formats &formats)
+struct Data : QMimeData
 {
-    for (const auto &[format, bytes] : formats)
-        data.setData(QLatin1String(format), bytes);
-}
+    explicit Data(const Formats &formats)
+    {
+        for (const auto &[format, bytes] : formats)
+            setData(QLatin1String(format), bytes);
+    }
+};
+
+constexpr auto uriList = "text/uri-list", plain = "text/plain", plainUtf8 = "text/plain;charset=utf-8",
+               mozUrl = "text/x-moz-url";
 
 QByteArray utf16(const QString &text)
 {
     return {reinterpret_cast<const char *>(text.utf16()), text.size() * 2};
 }
-
-/// One tile without links.
-struct Strip
-{
-    Strip()
-    {
-        model::addTile(config);
-        id = config.tileItems().constFirst().id;
-        config.editTile(id, [](TileItem &tile) { tile.tileMenuItems.clear(); });
-    }
-    QList<TileMenuItem> links() const { return config.tile(id)->tileMenuItems; }
-
-    const QTemporaryDir root;
-    Config config{root.filePath(QStringLiteral("D")), root.filePath(QStringLiteral("S"))};
-    QUuid id;
-};
 
 } // namespace
 
@@ -67,47 +49,41 @@ void TestLinkDrop::whatCounts()
     const QByteArray list = "file:///home/u/My%20File.txt\r\nfile:///home/u/b%C3%A9\r\n";
     const auto check = [](const Formats &formats, std::optional<DroppedItem::Kind> kind,
                           const QByteArray &bytes) {
-        QMimeData data;
-        fill(data, formats);
-        const std::optional<DroppedItem> item = links::droppedItem(data);
-        QVERIFY2(item.has_value() == kind.has_value(), qPrintable(QDebug::toString(formats)));
-        QVERIFY2(!item || (item->kind == *kind && item->bytes == bytes),
+        const std::optional<DroppedItem> item = links::droppedItem(Data(formats));
+        QVERIFY2(item ? item->kind == kind && item->bytes == bytes : !kind,
                  qPrintable(QDebug::toString(formats)));
     };
+    const auto file = DroppedItem::Kind::File, text = DroppedItem::Kind::Text;
     // The list of files counts when the text beside it says the same.
-    for (const QByteArray &text :
+    for (const QByteArray &beside :
          {list, QByteArray("/home/u/My File.txt /home/u/b\u00e9"),
           QByteArray("'/home/u/My File.txt' '/home/u/b\u00e9'\n"), QByteArray("My File.txt, b\u00e9"),
           QByteArray("/home/u/My File.txt") + '\0',
           QByteArray("file:///home/u/My File.txt\nfile:///home/u/b%c3%a9"), QByteArray("")})
-        check({{uriList, "# x\r\n\r\n" + list}, {plain, text}}, DroppedItem::Kind::File,
-              "file:///home/u/My%20File.txt");
-    check({{uriList, list}}, DroppedItem::Kind::File, "file:///home/u/My%20File.txt");
-    check({{uriList, "file:///a/%FF"}, {plain, "/a/\xff"}}, DroppedItem::Kind::File, "file:///a/%FF");
-    check({{uriList, "file:///a/b/"}, {plain, "/a/b"}}, DroppedItem::Kind::File, "file:///a/b/");
-    const std::pair<Formats, QByteArray> texts[] = {
-        {{{uriList, list}, {plain, "see https://example.org"}}, "see https://example.org"},
-        {{{uriList, list}, {plain, "My File.txt.bak"}}, "My File.txt.bak"},
-        {{{plain, "caf?"}, {plainUtf8, "caf\u00e9"}}, "caf\u00e9"},
-        {{{"text/plain;charset=UTF-8", "x"}}, "x"},
-        {{{uriList, "https://e.org/\r\nfile:///a\r\n"}}, "https://e.org/"},
-        {{{uriList, "https://e.org/"}, {plain, "https://e.org/"}, {"text/html", "<a>"}}, "https://e.org/"},
-        {{{mozUrl, utf16(QStringLiteral("https://e.org/\nA title"))}}, "https://e.org/"},
-        {{{"_NETSCAPE_URL", "https://e.org/\nA title"}}, "https://e.org/"},
-        {{{uriList, "file:///x.png"}, {mozUrl, utf16(QStringLiteral("https://e.org/x"))}}, "https://e.org/x"},
-        {{{mozUrl, QByteArray("h\0t", 3)}}, QByteArray("h\0t", 3)}};
-    for (const auto &[formats, bytes] : texts)
-        check(formats, DroppedItem::Kind::Text, bytes);
-    for (const Formats &refused :
-         {Formats{{uriList, "# x\r\n"}}, Formats{{"image/png", "x"}}, Formats{{"text/html", "<a>"}}})
-        check(refused, std::nullopt, {});
+        check({{uriList, "# x\r\n\r\n" + list}, {plain, beside}}, file, "file:///home/u/My%20File.txt");
+    check({{uriList, list}}, file, "file:///home/u/My%20File.txt");
+    check({{uriList, "file:///a/%FF"}, {plain, "/a/\xff"}}, file, "file:///a/%FF");
+    check({{uriList, "file:///a/b/"}, {plain, "/a/b"}}, file, "file:///a/b/");
+    check({{uriList, list}, {plain, "see https://example.org"}}, text, "see https://example.org");
+    check({{uriList, list}, {plain, "My File.txt.bak"}}, text, "My File.txt.bak");
+    check({{plain, "caf?"}, {plainUtf8, "caf\u00e9"}}, text, "caf\u00e9");
+    check({{"text/plain;charset=UTF-8", "x"}}, text, "x");
+    check({{uriList, "https://e.org/\r\nfile:///a\r\n"}}, text, "https://e.org/");
+    check({{uriList, "https://e.org/"}, {plain, "https://e.org/"}, {"text/html", "<a>"}}, text,
+          "https://e.org/");
+    check({{mozUrl, utf16(u"https://e.org/\nA title"_qs)}}, text, "https://e.org/");
+    check({{"_NETSCAPE_URL", "https://e.org/\nA title"}}, text, "https://e.org/");
+    check({{uriList, "file:///x.png"}, {mozUrl, utf16(u"https://e.org/x"_qs)}}, text, "https://e.org/x");
+    check({{mozUrl, QByteArray("h\0t", 3)}}, text, QByteArray("h\0t", 3));
+    for (const auto &[format, bytes] :
+         {std::pair(uriList, "# x\r\n"), {"image/png", "x"}, {"text/html", "<a>"}})
+        check({{format, bytes}}, std::nullopt, {});
 }
 
 void TestLinkDrop::dragIsAnswered()
 {
     for (const char *format : {uriList, plainUtf8, "_NETSCAPE_URL", "image/png"}) {
-        QMimeData data;
-        fill(data, {{format, "x"}});
+        const Data data(Formats{{format, "x"}});
         // A source that proposes to move deletes its file when that is accepted.
         QDragEnterEvent event({}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
         event.setDropAction(Qt::MoveAction);
@@ -117,56 +93,42 @@ void TestLinkDrop::dragIsAnswered()
     }
 }
 
-void TestLinkDrop::textIsHandedOverLater()
+void TestLinkDrop::dropIsHandedOverLater()
 {
-    Strip strip;
-    {
-        QMimeData data;
-        fill(data, {{plain, "https://example.org and mailto:a@example.org"}});
-        QVERIFY(links::handleLinkDrop(strip.config, data, strip.id));
-        QVERIFY(strip.links().isEmpty());
-    }
+    OneTile tile;
+    QVERIFY(links::handleLinkDrop(tile.config, Data(Formats{{plain, "https://a.org and mailto:a@b.org"}}),
+                                  tile.id));
+    QVERIFY(tile.links().isEmpty());
     QCoreApplication::processEvents();
-    QCOMPARE(strip.links().size(), 2);
-    QCOMPARE(strip.links().constFirst().itemString, QStringLiteral("https://example.org"));
+    QCOMPARE(tile.addresses(), QStringList({u"https://a.org"_qs, u"mailto:a@b.org"_qs}));
     // Bytes that are no text add nothing.
-    links::receiveDroppedText(strip.config, "https://example.org \xff", strip.id);
-    QCOMPARE(strip.links().size(), 2);
-}
-
-void TestLinkDrop::tileMayGoMeanwhile()
-{
-    Strip strip;
-    QMimeData data;
-    fill(data, {{uriList, "file:///tmp"}});
-    QVERIFY(links::handleLinkDrop(strip.config, data, strip.id));
-    model::removeTile(strip.config, strip.id);
+    links::receiveDroppedText(tile.config, "https://example.org \xff", tile.id);
+    QCOMPARE(tile.links().size(), 2);
+    // The tile may go meanwhile.
+    QVERIFY(links::handleLinkDrop(tile.config, Data(Formats{{uriList, "file:///tmp"}}), tile.id));
+    model::removeTile(tile.config, tile.id);
     QCoreApplication::processEvents();
-    QVERIFY(strip.config.tileItems().isEmpty());
+    QVERIFY(tile.config.tileItems().isEmpty());
 }
 
 void TestLinkDrop::fileAddresses()
 {
-    Strip strip;
-    const QString path = strip.root.filePath(QStringLiteral("My File.txt"));
-    QVERIFY(QFile(path).open(QIODevice::WriteOnly));
-    const auto drop = [&](QByteArray address) {
-        address.replace("PATH", QFile::encodeName(path).toPercentEncoding("/"));
-        links::receiveDroppedFile(strip.config, address, strip.id);
-    };
-    for (const char *none : {"file://other.example/PATH", "file://PATH%00", "file:a.txt", "file://",
-                             "sftp://localhost/PATH", ""}) {
-        drop(none);
-        QVERIFY2(strip.links().isEmpty(), none);
+    OneTile tile;
+    const QByteArray path = QFile::encodeName(tile.make(u"My File.txt"_qs)).toPercentEncoding("/");
+    for (const QByteArray &none :
+         {"file://other.example/" + path, "file://" + path + "%00", QByteArray("file:a.txt"),
+          QByteArray("file://"), "sftp://localhost/" + path, QByteArray()}) {
+        links::receiveDroppedFile(tile.config, none, tile.id);
+        QVERIFY2(tile.links().isEmpty(), none.constData());
     }
     int count = 0;
-    for (const QByteArray &address :
-         {QByteArray("file://PATH"), QByteArray("file:PATH"), QByteArray("FILE://LocalHost/PATH"),
-          "file://" + QSysInfo::machineHostName().toUtf8() + "PATH"}) {
-        drop(address);
-        QVERIFY2(strip.links().size() == ++count, address.constData());
-        QCOMPARE(strip.links().constLast().itemName, QStringLiteral("MyFile"));
-        QCOMPARE(links::linkKind(strip.links().constLast()), QStringLiteral("documentAlias"));
+    for (const QByteArray &begin :
+         {QByteArray("file://"), QByteArray("file:"), QByteArray("FILE://LocalHost/"),
+          "file://" + QSysInfo::machineHostName().toUtf8()}) {
+        links::receiveDroppedFile(tile.config, begin + path, tile.id);
+        QVERIFY2(tile.links().size() == ++count, begin.constData());
+        QCOMPARE(tile.links().constLast().itemName, u"MyFile"_qs);
+        QCOMPARE(links::linkKind(tile.links().constLast()), u"documentAlias"_qs);
     }
 }
 

@@ -1,85 +1,91 @@
 // SPDX-License-Identifier: MIT
+#include "onetile.h"
+
 #include "links/linkkind.h"
 #include "platform/aliasfile.h"
-#include "support/stdoutcapture.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QtTest>
+#include "support/recordinglinkopener.h"
 
 class TestLinkKind : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void kindOfAddress();
-    void kindOfPath();
+    void addresses();
+    void paths();
     void look();
 };
 
-namespace {
-
-TileMenuItem linkTo(const QString &text)
+static TileMenuItem linkTo(const QString &text)
 {
     TileMenuItem link;
     link.itemString = text;
     return link;
 }
 
-} // namespace
-
-void TestLinkKind::kindOfAddress()
+/// The kind of what is no path, and whether a click asks for that address or prints that it is none.
+void TestLinkKind::addresses()
 {
     // The text before the NUL names a folder; cut there it would have been taken for it.
-    const QString nul = QStringLiteral("/tmp") + QChar(0) + QLatin1Char('x');
-    const std::pair<QString, QString> rows[] = {{u"HTTPS://example.org"_qs, u"HTTPS"_qs},
-                                                {u"mailto:a@example.org"_qs, u"mailto"_qs},
-                                                {u"tel://"_qs, u"tel"_qs},
-                                                {u"abc:def"_qs, u"abc"_qs},
-                                                {u"https://a b"_qs, u"unknown"_qs},
-                                                {u"example.org/x"_qs, u"unknown"_qs},
-                                                {QString(), u"unknown"_qs},
-                                                {u"/no/such file"_qs, u"unknown"_qs},
-                                                {nul, u"unknown"_qs}};
-    for (const auto &[address, kind] : rows) {
+    const QString nul = u"/tmp"_qs + QChar(0) + u'x', unknown = u"unknown"_qs;
+    const std::tuple<QString, QString, bool> rows[] = {{u"HTTPS://Example.org/%7Ea"_qs, u"HTTPS"_qs, true},
+                                                       {u"mailto:a@example.org"_qs, u"mailto"_qs, true},
+                                                       {u"tel://"_qs, u"tel"_qs, true},
+                                                       {u"abc:def"_qs, u"abc"_qs, true},
+                                                       {u"example.org/a"_qs, unknown, true},
+                                                       {u"https://a b"_qs, unknown, false},
+                                                       {u"https://ä.example"_qs, unknown, false},
+                                                       {u"https://h/%4"_qs, unknown, false},
+                                                       {QString(), unknown, false},
+                                                       {u"/no/such file"_qs, unknown, false},
+                                                       {nul, unknown, false}};
+    for (const auto &[address, kind, opens] : rows) {
+        support::RecordingLinkOpener opener;
         auto output = std::make_unique<StdoutCapture>();
         const QString found = links::linkKind(linkTo(address));
-        const QStringList lines = output->lines();
+        QStringList unresolved = output->lines();
+        links::openLink(linkTo(address), opener);
+        QStringList lines = output->lines();
         output.reset();
         QVERIFY2(found == kind, qPrintable(address));
-        QCOMPARE(lines.size(), kind == u"unknown" ? 1 : 0);
-        for (const QString &line : lines)
+        QCOMPARE(unresolved.size(), kind == unknown ? 1 : 0);
+        for (const QString &line : unresolved)
             QVERIFY(line.startsWith(u"Failed to resolve alias: ") && line.contains(u"domain POSIX, code "));
+        lines.removeIf([](const QString &line) { return line.startsWith(u"Failed to resolve alias: "); });
+        QVERIFY2(opener.addresses == (opens ? QStringList{address} : QStringList()), qPrintable(address));
+        QVERIFY2(lines == (opens ? QStringList() : QStringList{u"Invalid URL"_qs}), qPrintable(address));
+        QVERIFY(opener.files.isEmpty());
     }
 }
 
-void TestLinkKind::kindOfPath()
+void TestLinkKind::paths()
 {
-    QTemporaryDir folder;
-    QDir dir(folder.path());
-    QVERIFY(dir.mkdir(u"Calculator.app"_qs) && dir.mkdir(u"My Folder"_qs));
-    QVERIFY(QFile::link(u"My Folder"_qs, folder.filePath(u"link"_qs)));
-    QVERIFY(QFile(folder.filePath(u"a.txt"_qs)).open(QIODevice::WriteOnly));
-    const QString alias = folder.filePath(u"0A1B2C3D"_qs);
+    const OneTile tile;
+    tile.make(u"Calculator.app/"_qs);
+    tile.make(u"My Folder/"_qs);
+    tile.make(u"a.txt"_qs);
+    QVERIFY(QFile::link(u"My Folder"_qs, tile.at(u"link"_qs)));
+    const QString alias = tile.at(u"an alias"_qs);
     const std::pair<QString, QString> rows[] = {{u"Calculator.app"_qs, u"appAlias"_qs},
                                                 {u"My Folder"_qs, u"folderAlias"_qs},
                                                 {u"a.txt"_qs, u"documentAlias"_qs},
                                                 {u"link"_qs, u"folderAlias"_qs}};
     for (const auto &[name, kind] : rows) {
-        const QString path = folder.filePath(name);
-        QVERIFY(platform::writeAliasFile(QFile::encodeName(path), QFile::encodeName(alias), nullptr));
-        for (const QString &direct : {path, alias}) {
+        QVERIFY(
+            platform::writeAliasFile(QFile::encodeName(tile.at(name)), QFile::encodeName(alias), nullptr));
+        for (const QString &direct : {tile.at(name), alias}) {
             QVERIFY2(links::linkKind(linkTo(direct)) == kind, qPrintable(name));
             QVERIFY(links::isAlias(linkTo(direct)));
         }
     }
+    support::RecordingLinkOpener opener;
+    links::openLink(linkTo(alias), opener);
+    QCOMPARE(opener.files, QStringList{alias});
+    QCOMPARE(opener.addresses, QStringList());
 }
 
 void TestLinkKind::look()
 {
-    const QColor blue = QColor::fromRgbF(0.0F, 0.64F, 0.88F);
-    const QColor orange = QColor::fromRgbF(1.0F, 0.4F, 0.12F);
+    const QColor blue = QColor::fromRgbF(0.0F, 0.64F, 0.88F), orange = QColor::fromRgbF(1.0F, 0.4F, 0.12F);
     const QString none = u"questionmark.square"_qs;
     // The two tables differ: "smb" and "wss" are known to only one of them.
     const std::tuple<QString, QString, QColor> rows[] = {{u"smb"_qs, u"server.rack"_qs, orange},

@@ -1,16 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include "onetile.h"
+
 #include "links/linkkind.h"
 #include "links/tilealias.h"
-#include "model/settingsstore.h"
-#include "model/tiles.h"
-#include "platform/aliasfile.h"
 #include "support/fakefilepanel.h"
-#include "support/stdoutcapture.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QtTest>
 
 class TestTileAlias : public QObject
 {
@@ -18,51 +11,20 @@ class TestTileAlias : public QObject
 
 private:
     // On the home folder's file system, whose Trash is the one in the data folder.
-    QTemporaryDir m_root{QDir::homePath() + QStringLiteral("/.tst_tilealias-XXXXXX")};
-    std::unique_ptr<Config> m_config;
+    const QTemporaryDir m_data{QDir::homePath() + u"/.tst_tilealias-XXXXXX"_qs};
 
-    QString at(const QString &name) const { return m_root.filePath(name); }
-    QByteArray make(const QString &name) const
-    {
-        QDir().mkpath(at(name.section(QLatin1Char('/'), 0, -2)));
-        if (!name.endsWith(QLatin1Char('/')) && !QFile(at(name)).open(QIODevice::WriteOnly))
-            qFatal("cannot make a file");
-        return QFile::encodeName(at(name));
-    }
-    const TileItem &tile() const { return m_config->tileItems().constFirst(); }
-    QStringList trashed() const
-    {
-        return QDir(at(QStringLiteral("data/Trash/files"))).entryList(QDir::Files);
-    }
+    QDir trash() const { return QDir(m_data.filePath(u"Trash/files"_qs)); }
+    QStringList trashed() const { return trash().entryList(QDir::Files); }
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
+    // GIO asks for the folder once.
+    void initTestCase() { QVERIFY(qputenv("XDG_DATA_HOME", QFile::encodeName(m_data.path()))); }
     void names();
     void chosenThingIsLinked();
     void tileMayGoWhileThePanelIsOpen();
     void linkIsAddedWithoutItsAliasFile();
-    void removedLinkGoesToTheTrash();
-    void nothingElseGoesToTheTrash();
+    void onlyAliasFilesGoToTheTrash();
 };
-
-void TestTileAlias::initTestCase()
-{
-    QVERIFY(m_root.isValid());
-    // Before GIO asks for it: it asks once.
-    qputenv("XDG_DATA_HOME", QFile::encodeName(at(QStringLiteral("data"))));
-    QDir().mkpath(at(QStringLiteral("data")));
-}
-
-void TestTileAlias::init()
-{
-    for (const char *folder : {"Documents", "state", "data/Trash"})
-        QDir(at(QLatin1String(folder))).removeRecursively();
-    m_config = std::make_unique<Config>(at(QStringLiteral("Documents")), at(QStringLiteral("state")));
-    model::addTile(*m_config);
-    const QUuid id = tile().id;
-    m_config->editTile(id, [](TileItem &item) { item.tileMenuItems.clear(); });
-}
 
 void TestTileAlias::names()
 {
@@ -84,95 +46,81 @@ void TestTileAlias::names()
 
 void TestTileAlias::chosenThingIsLinked()
 {
+    OneTile world;
     const std::tuple<QString, QString, QString> rows[] = {
         {u"x/Calculator.app/"_qs, u"Calculator"_qs, u"appAlias"_qs},
         {u"x/My Projects/"_qs, u"MyProjects"_qs, u"folderAlias"_qs},
         {u"x/a.txt"_qs, u"a"_qs, u"documentAlias"_qs}};
     for (const auto &[thing, name, kind] : rows) {
-        make(thing);
         FakeFilePanel panel;
-        panel.answer = at(thing);
-        links::linkApplicationOrFile(*m_config, tile().id, panel);
+        panel.answer = world.make(thing);
+        links::linkApplicationOrFile(world.config, world.id, panel);
         QCOMPARE(panel.titles, QStringList{u"Link application or file"_qs});
-        const TileMenuItem link = tile().tileMenuItems.constLast();
+        const TileMenuItem link = world.links().constLast();
         QCOMPARE(link.itemName, name);
         QCOMPARE(links::linkKind(link), kind);
-        const QString folder = model::tileFolderPath(tile()) + u'/';
+        const QString folder = model::tileFolderPath(world.tile()) + u'/';
         QVERIFY(link.itemString.startsWith(folder));
         QCOMPARE(link.itemString.size() - folder.size(), 36);
-        QCOMPARE(model::readSettingsFile(model::settingsFileURL(*m_config), nullptr)->tileItems,
-                 m_config->tileItems());
+        QCOMPARE(model::readSettingsFile(model::settingsFileURL(world.config), nullptr)->tileItems,
+                 world.config.tileItems());
     }
     FakeFilePanel cancelled;
-    links::linkApplicationOrFile(*m_config, tile().id, cancelled);
-    QCOMPARE(tile().tileMenuItems.size(), 3);
+    links::linkApplicationOrFile(world.config, world.id, cancelled);
+    QCOMPARE(world.links().size(), 3);
 }
 
 void TestTileAlias::tileMayGoWhileThePanelIsOpen()
 {
-    make(u"a.txt"_qs);
-    const QString folder = model::tileFolderPath(tile());
+    OneTile world;
+    const QString folder = model::tileFolderPath(world.tile());
     FakeFilePanel panel;
-    panel.answer = at(u"a.txt"_qs);
-    panel.meanwhile = [this] { model::removeTile(*m_config, tile().id); };
-    links::linkApplicationOrFile(*m_config, tile().id, panel);
-    QVERIFY(m_config->tileItems().isEmpty());
+    panel.answer = world.make(u"a.txt"_qs);
+    panel.meanwhile = [&world] { model::removeTile(world.config, world.id); };
+    links::linkApplicationOrFile(world.config, world.id, panel);
+    QVERIFY(world.config.tileItems().isEmpty());
     QVERIFY(QDir(folder).isEmpty());
 }
 
 void TestTileAlias::linkIsAddedWithoutItsAliasFile()
 {
-    const QByteArray target = make(QStringLiteral("a.txt"));
-    QVERIFY(QDir(model::tileFolderPath(tile())).removeRecursively());
+    OneTile world;
+    QVERIFY(QDir(model::tileFolderPath(world.tile())).removeRecursively());
     StdoutCapture output;
-    links::linkFile(*m_config, tile().id, target);
+    links::linkFile(world.config, world.id, QFile::encodeName(world.make(u"a.txt"_qs)));
     const QStringList lines = output.lines();
     QCOMPARE(lines.size(), 1);
-    QVERIFY(lines.constFirst().startsWith(QLatin1String("Failed to create alias: The file")));
-    QCOMPARE(tile().tileMenuItems.size(), 1);
+    QVERIFY(lines.constFirst().startsWith(u"Failed to create alias: The file"));
+    QCOMPARE(world.links().size(), 1);
 }
 
-void TestTileAlias::removedLinkGoesToTheTrash()
+void TestTileAlias::onlyAliasFilesGoToTheTrash()
 {
-    const QByteArray target = make(u"a.txt"_qs);
-    links::linkFile(*m_config, tile().id, target);
-    links::linkFile(*m_config, tile().id, target);
-    const QString alias = tile().tileMenuItems.at(0).itemString;
-    links::recycleAliasFile(*m_config, tile().tileMenuItems.at(0));
+    OneTile world(QDir::homePath());
+    const QString target = world.make(u"letter.txt"_qs);
+    const QString folder = QDir(world.root.path()).relativeFilePath(model::tileFolderPath(world.tile()));
+    QStringList kept = {target,
+                        world.make(u"pictures/"_qs),
+                        world.make(u"Documents/pondWicket ƒ/Tiles/x"_qs),
+                        world.make(folder + u"/Notes.txt"_qs),
+                        world.make(folder + u"/things/"_qs),
+                        world.at(folder + u'/'),
+                        world.at(folder + u"/../../../../letter.txt"_qs),
+                        world.make(folder + u"/broken"_qs, "pondWicket alias 1\npath: /no/such/file\n")};
+    for (const QString &path : kept) {
+        TileMenuItem link;
+        link.itemString = path;
+        links::recycleAliasFile(world.config, link);
+    }
+    for (int i = 0; i < 2; ++i)
+        links::linkFile(world.config, world.id, QFile::encodeName(target));
+    // The one that may go tells when moves come through.
+    const QString alias = world.links()[0].itemString;
+    links::recycleAliasFile(world.config, world.links()[0]);
     QTRY_COMPARE(trashed(), QStringList{alias.section(u'/', -1)});
     QVERIFY(!QFile::exists(alias));
-    QVERIFY(QFile::exists(tile().tileMenuItems.at(1).itemString));
-    QVERIFY(QFile::exists(at(u"a.txt"_qs)));
-}
-
-void TestTileAlias::nothingElseGoesToTheTrash()
-{
-    const QString folder = QDir(m_root.path()).relativeFilePath(model::tileFolderPath(tile()));
-    const QStringList paths = {u"pictures/"_qs,
-                               u"letter.txt"_qs,
-                               u"Documents/pondWicket ƒ/Tiles/x"_qs,
-                               folder + u"/Notes.txt"_qs,
-                               folder + u"/things/"_qs,
-                               folder + u'/',
-                               folder + u"/../../../../letter.txt"_qs,
-                               folder + u"/broken"_qs};
-    for (const QString &path : paths)
-        make(path);
-    QFile broken(at(paths.constLast()));
-    QVERIFY(broken.open(QIODevice::WriteOnly));
-    broken.write("pondWicket alias 1\npath: /no/such/file\n");
-    broken.close();
-    links::linkFile(*m_config, tile().id, QFile::encodeName(at(u"letter.txt"_qs)));
-    for (const QString &path : paths) {
-        TileMenuItem link;
-        link.itemString = at(path);
-        links::recycleAliasFile(*m_config, link);
-    }
-    // The one that may go tells when moves come through.
-    links::recycleAliasFile(*m_config, tile().tileMenuItems.constLast());
-    QTRY_COMPARE(trashed().size(), 1);
-    for (const QString &path : paths)
-        QVERIFY2(QFile::exists(at(path)), qPrintable(path));
+    for (const QString &path : kept << world.links()[1].itemString)
+        QVERIFY2(QFile::exists(path), qPrintable(path));
 }
 
 QTEST_MAIN(TestTileAlias)
