@@ -23,6 +23,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 namespace {
@@ -105,12 +106,11 @@ int renameat2(int fromFolder, const char *from, int toFolder, const char *to, un
     return PW_CALL(SYS_renameat2, fromFolder, from, toFolder, to, flags);
 }
 
-/// The clock that a user sets.
-int clock_gettime(clockid_t clock, timespec *time) noexcept
+/// The clock that a user sets, as the toolkit reads it.
+int gettimeofday(timeval *time, void *) noexcept
 {
-    const int result = int(::syscall(SYS_clock_gettime, clock, time));
-    if (clock == CLOCK_REALTIME)
-        time->tv_sec += clockError;
+    const int result = int(::syscall(SYS_gettimeofday, time, nullptr));
+    time->tv_sec += clockError;
     return result;
 }
 
