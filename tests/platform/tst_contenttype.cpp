@@ -58,12 +58,12 @@ private Q_SLOTS:
 
     void nameFollowsTheLocale()
     {
-        for (const auto &[locale, name] :
-             std::initializer_list<std::pair<QByteArray, QString>>{{"C", u"Files"_qs},
-                                                                   {"de_AT.UTF-8", u"Dateien"_qs},
-                                                                   {"de_CH.UTF-8", u"Ablage x"_qs},
-                                                                   {"sr_RS.UTF-8@latin", u"Datoteke"_qs},
-                                                                   {"", u"Files"_qs}}) {
+        const std::pair<QByteArray, QString> rows[] = {{"C", u"Files"_qs},
+                                                       {"", u"Files"_qs},
+                                                       {"de_AT.UTF-8", u"Dateien"_qs},
+                                                       {"de_CH.UTF-8", u"Ablage x"_qs},
+                                                       {"sr_RS.UTF-8@latin", u"Datoteke"_qs}};
+        for (const auto &[locale, name] : rows) {
             const auto entry = parseDesktopEntry("[Desktop Entry]\nName[de_CH] = Ablage\\sx\nName=Files\n"
                                                  "Name[de]=Dateien\nName[sr@latin]=Datoteke\n"
                                                  "[Desktop Action y]\nName=Other\n",

@@ -14,12 +14,13 @@ private Q_SLOTS:
     void documents()
     {
         // The desktop's own list and what it makes of the home folder; null when there is no folder.
-        for (const auto &[list, folder] : std::initializer_list<std::pair<QByteArray, QString>>{
-                 {"", u"/Documents"_qs},
-                 {"XDG_DOCUMENTS_DIR=\"$HOME/Dokumente ƒ/tief\"\n", u"/Dokumente ƒ/tief"_qs},
-                 {"XDG_DOCUMENTS_DIR=\"$HOME/\"\n", u""_qs},
-                 {"XDG_DOCUMENTS_DIR=\"Documents\"\n", {}},
-                 {"XDG_DOCUMENTS_DIR=\"$HOME/.config/user-dirs.dirs\"\n", {}}}) {
+        const std::pair<QByteArray, QString> rows[] = {
+            {"", u"/Documents"_qs},
+            {"XDG_DOCUMENTS_DIR=\"$HOME/Dokumente ƒ/tief\"\n", u"/Dokumente ƒ/tief"_qs},
+            {"XDG_DOCUMENTS_DIR=\"$HOME/\"\n", u""_qs},
+            {"XDG_DOCUMENTS_DIR=\"Documents\"\n", {}},
+            {"XDG_DOCUMENTS_DIR=\"$HOME/.config/user-dirs.dirs\"\n", {}}};
+        for (const auto &[list, folder] : rows) {
             const QTemporaryDir home;
             qputenv("HOME", QFile::encodeName(home.path()));
             qunsetenv("XDG_CONFIG_HOME");
@@ -29,10 +30,9 @@ private Q_SLOTS:
             platform::Error error;
             const auto found = platform::documentsFolder(&error);
             QVERIFY2(found.has_value() != folder.isNull(), list.constData());
-            if (!found) {
-                QVERIFY2(error.fullDescription().contains(u"(domain POSIX, code "), list.constData());
+            QVERIFY2(found || error.fullDescription().contains(u"(domain POSIX, code "), list.constData());
+            if (!found)
                 continue;
-            }
             QCOMPARE(QDir::cleanPath(*found), home.path() + folder);
             QVERIFY2(!found->endsWith(u'/') && QDir(*found).exists(), list.constData());
         }
@@ -41,10 +41,9 @@ private Q_SLOTS:
     void state()
     {
         qputenv("HOME", "/home/user");
-        for (const auto &[variable, folder] :
-             std::initializer_list<std::pair<const char *, QString>>{{"", u"/home/user/.local/state"_qs},
-                                                                     {"x", u"/home/user/.local/state"_qs},
-                                                                     {"/var/x/", u"/var/x"_qs}}) {
+        const QString own = u"/home/user/.local/state"_qs;
+        const std::pair<const char *, QString> rows[] = {{"", own}, {"x", own}, {"/var/x/", u"/var/x"_qs}};
+        for (const auto &[variable, folder] : rows) {
             qputenv("XDG_STATE_HOME", variable);
             QCOMPARE(platform::stateFolder(), folder + u"/pondWicket"_qs);
         }
