@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/fileidentity.h"
 
+#include <QFile>
+
+#include <cstdlib>
 #include <ctime>
 
 #include <fcntl.h>
@@ -10,6 +13,8 @@
 namespace platform {
 
 namespace {
+
+constexpr qint64 second = 1'000'000'000; // nanoseconds
 
 /// The kernel's name for a file within its file system. It carries a generation number, so it differs from
 /// that of an earlier file with the same inode number. Opening by it takes privileges; comparing takes none.
@@ -54,18 +59,33 @@ std::optional<FileIdentity> identify(const QByteArray &path)
 FileStamp FileStamp::of(const struct stat &status)
 {
     // Programs may set the time of modification back, but not this one.
-    return {status.st_dev, status.st_ino, status.st_size, status.st_ctim.tv_sec, status.st_ctim.tv_nsec};
+    return {status.st_dev, status.st_ino, status.st_size,
+            status.st_ctim.tv_sec * second + status.st_ctim.tv_nsec};
+}
+
+std::optional<FileStamp> FileStamp::ofFile(const QString &path)
+{
+    struct stat status;
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    return of(status);
+}
+
+const FileStamp &FileStamp::ofProgram()
+{
+    // By its path: a program that runs under a checking tool is not what the link leads to.
+    static const FileStamp stamp =
+        ofFile(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).value_or(FileStamp());
+    return stamp;
 }
 
 bool FileStamp::isSettled() const
 {
-    // File systems count in ticks of the kernel, a few milliseconds each.
-    constexpr qint64 tick = 50'000'000; // nanoseconds, amply
+    // File systems count in ticks of the kernel, a few milliseconds each, and some in whole seconds.
+    const qint64 grain = changed % second == 0 ? 2 * second : second / 20;
     timespec now;
     ::clock_gettime(CLOCK_REALTIME, &now);
-    if (now.tv_sec - seconds > 1)
-        return true;
-    return (now.tv_sec - seconds) * 1'000'000'000 + now.tv_nsec - nanoseconds > tick;
+    return std::abs(now.tv_sec * second + now.tv_nsec - changed) > grain;
 }
 
 quint64 fileSystemId(const QByteArray &path)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 
 #include <optional>
 
@@ -40,16 +41,20 @@ quint64 fileSystemId(const QByteArray &path);
 /// record of the inode number alone never suffices.
 bool isSameFile(const FileIdentity &recorded, const FileIdentity &present);
 
-/// What a stat tells of a file's state: equal stamps mean that nothing in it has changed between them.
+/// What a stat tells of a file's state: equal stamps mean that nothing about it has changed between them. The
+/// time of the last change also shows a file replaced by a copy that kept its times.
 struct FileStamp
 {
-    dev_t device = 0;
-    ino_t inode = 0;
-    off_t size = 0;
-    qint64 seconds = 0; ///< of the last change of anything about it
-    qint64 nanoseconds = 0;
+    quint64 device = 0;
+    quint64 inode = 0;
+    qint64 size = 0;
+    qint64 changed = 0; ///< nanoseconds since 1970
 
     static FileStamp of(const struct stat &status);
+    /// The stamp of the regular file at the path, links followed; nothing when there is none.
+    static std::optional<FileStamp> ofFile(const QString &path);
+    /// The stamp of the running program, and so of all that is part of it.
+    static const FileStamp &ofProgram();
     /// False when the last change is so recent that the next one could carry the same time.
     bool isSettled() const;
 

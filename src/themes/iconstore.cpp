@@ -72,7 +72,7 @@ void applyAppIcon(const Config &config)
     const int density = densityFor(screenScale());
     QImage image;
     if (!name.contains(QLatin1Char('/'))) {
-        image = cachedImage(path, programIdentity(), density, [&] {
+        image = cachedImage(path, platform::FileStamp::ofProgram(), density, [&] {
             QFile file(path);
             return file.open(QIODevice::ReadOnly) ? svgImage(file.readAll(), density, points) : QImage();
         });

@@ -38,38 +38,27 @@ Cache &cache()
     return instance;
 }
 
-/// A file changed within the clock's grain may change again without showing it. Some file systems keep whole
-/// seconds.
-bool isSettled(const FileIdentity &identity)
-{
-    constexpr qint64 second = 1'000'000'000; // nanoseconds
-    const qint64 grain = identity.changed % second == 0 ? 2 * second : second / 50;
-    timespec now;
-    ::clock_gettime(CLOCK_REALTIME, &now);
-    return std::abs(now.tv_sec * second + now.tv_nsec - identity.changed) > grain;
-}
-
 } // namespace
 
-QImage cachedImage(const QString &key, const FileIdentity &identity, int density,
+QImage cachedImage(const QString &key, const platform::FileStamp &stamp, int density,
                    const std::function<QImage()> &make)
 {
     Cache &kept = cache();
     if (Entry *known = kept.entries.object(key);
-        known && known->isSettled && known->saved.density == density && known->saved.identity == identity) {
+        known && known->isSettled && known->saved.density == density && known->saved.stamp == stamp) {
         known->lastUse = ++kept.uses;
         return known->saved.image;
     }
     if (!kept.fromEarlierStarts)
         kept.fromEarlierStarts = SavedImages::read();
-    const bool settled = isSettled(identity);
-    QImage image = kept.fromEarlierStarts->find(key, identity, density);
+    const bool settled = stamp.isSettled();
+    QImage image = kept.fromEarlierStarts->find(key, stamp, density);
     if (image.isNull()) {
         image = make();
         kept.hasNew |= settled && !image.isNull();
     }
     const qsizetype cost = std::clamp<qsizetype>(image.sizeInBytes(), 256, roomInBytes);
-    kept.entries.insert(key, new Entry{{key, identity, density, image}, settled, ++kept.uses}, cost);
+    kept.entries.insert(key, new Entry{{key, stamp, density, image}, settled, ++kept.uses}, cost);
     return image;
 }
 

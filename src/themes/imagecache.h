@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "themes/fileidentity.h"
+#include "platform/fileidentity.h"
 
 #include <QImage>
 
@@ -12,7 +12,7 @@ namespace themes {
 /// What `make` gives, made anew only when it is not kept from before for the same key, density and state of
 /// the file it comes from. A null picture is kept too, so that a damaged file is read once and not at every
 /// redraw. Pictures are kept while room lasts, the longest unused going first.
-QImage cachedImage(const QString &key, const FileIdentity &identity, int density,
+QImage cachedImage(const QString &key, const platform::FileStamp &stamp, int density,
                    const std::function<QImage()> &make);
 
 /// Saves the pictures in use for the next start, when any was made since the last time: to be called when

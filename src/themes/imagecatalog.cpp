@@ -222,7 +222,7 @@ QImage drawBuiltInImage(const QString &name, int density)
 QImage builtInImage(const QString &name, qreal scale)
 {
     const int density = densityFor(scale);
-    return cachedImage(QStringLiteral("image ") + name, programIdentity(), density,
+    return cachedImage(QStringLiteral("image ") + name, platform::FileStamp::ofProgram(), density,
                        [&name, density] { return drawBuiltInImage(name, density); });
 }
 

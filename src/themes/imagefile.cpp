@@ -24,11 +24,11 @@ QImage reducedTo(int density, const QImage &image)
 QImage imageFromFile(const QString &path, qreal scale)
 {
     constexpr qint64 maxSize = 20 << 20; // a picture of the largest size without compression, and some
-    const auto identity = fileIdentity(path);
-    if (!identity || identity->size > maxSize)
+    const auto stamp = platform::FileStamp::ofFile(path);
+    if (!stamp || stamp->size > maxSize)
         return QImage();
     const int density = densityFor(scale);
-    return cachedImage(path, *identity, density, [&path, density] {
+    return cachedImage(path, *stamp, density, [&path, density] {
         const auto bytes = platform::readWholeFile(path, nullptr, maxSize);
         return bytes ? reducedTo(density, decodeImage(*bytes, density)) : QImage();
     });

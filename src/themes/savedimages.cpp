@@ -18,7 +18,7 @@ namespace {
 // The file: magic, size and checksum of the index, the index, then each picture's pixels from a multiple of
 // `alignment`. Header and pixels are in the machine's own byte
 // order; on another machine the magic differs.
-constexpr quint64 magic = 0x7077'5069'7865'6c31;
+constexpr quint64 magic = 0x7077'5069'7865'6c32;
 constexpr qsizetype headerSize = 3 * sizeof(quint64);
 constexpr qsizetype alignment = 16;
 constexpr qint64 maxFileSize = 4 << 20; // a theme at triple density, and some
@@ -70,10 +70,9 @@ SavedImages SavedImages::read()
     while (!stream.atEnd()) {
         QString key;
         Record record;
-        FileIdentity &source = record.identity;
-        stream >> key >> source.device >> source.inode >> source.size >> source.modified >> source.changed
-            >> record.density >> record.width >> record.height >> record.ratio >> record.offset
-            >> record.checksum;
+        platform::FileStamp &source = record.stamp;
+        stream >> key >> source.device >> source.inode >> source.size >> source.changed >> record.density
+            >> record.width >> record.height >> record.ratio >> record.offset >> record.checksum;
         if (stream.status() != QDataStream::Ok)
             break;
         saved.m_records.insert(key, record);
@@ -83,10 +82,10 @@ SavedImages SavedImages::read()
     return saved;
 }
 
-QImage SavedImages::find(const QString &key, const FileIdentity &identity, int density) const
+QImage SavedImages::find(const QString &key, const platform::FileStamp &stamp, int density) const
 {
     const auto found = m_records.constFind(key);
-    if (found == m_records.constEnd() || found->identity != identity || found->density != density)
+    if (found == m_records.constEnd() || found->stamp != stamp || found->density != density)
         return QImage();
     const Record &record = *found;
     const auto isFrom1To = [](qint32 number, int most) { return number >= 1 && number <= most; };
@@ -120,9 +119,9 @@ void SavedImages::write(const QList<SavedImage> &images)
         if (pixels.size() + image.sizeInBytes() > maxPixels)
             continue;
         const QByteArrayView bytes(image.constBits(), image.sizeInBytes());
-        const FileIdentity &source = saved.identity;
-        stream << saved.key << source.device << source.inode << source.size << source.modified
-               << source.changed << qint32(saved.density) << qint32(image.width()) << qint32(image.height())
+        const platform::FileStamp &source = saved.stamp;
+        stream << saved.key << source.device << source.inode << source.size << source.changed
+               << qint32(saved.density) << qint32(image.width()) << qint32(image.height())
                << qint32(image.devicePixelRatio()) << qint64(pixels.size()) << checksumOf(bytes);
         pixels.append(bytes.data(), bytes.size());
         pixels.resize(aligned(pixels.size()), '\0');

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "themes/fileidentity.h"
+#include "platform/fileidentity.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -14,7 +14,7 @@ namespace themes {
 struct SavedImage
 {
     QString key;
-    FileIdentity identity;
+    platform::FileStamp stamp;
     int density = 1;
     QImage image; ///< premultiplied, not null
 };
@@ -30,12 +30,12 @@ public:
     static void write(const QList<SavedImage> &images);
 
     /// The saved picture; null when there is none for that state of its source, or its pixels are damaged.
-    QImage find(const QString &key, const FileIdentity &identity, int density) const;
+    QImage find(const QString &key, const platform::FileStamp &stamp, int density) const;
 
 private:
     struct Record
     {
-        FileIdentity identity;
+        platform::FileStamp stamp;
         qint32 density, width, height, ratio;
         qint64 offset; ///< of the first pixel, counted from that of the first picture
         quint64 checksum;

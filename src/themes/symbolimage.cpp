@@ -65,7 +65,7 @@ QImage symbolImage(const QString &name, const QColor &tint, int pointSize, qreal
     pointSize = qBound(1, pointSize, 256);
     const int density = densityFor(scale);
     const QString key = QStringLiteral("symbol %1 %2 %3").arg(name).arg(tint.rgba()).arg(pointSize);
-    return cachedImage(key, programIdentity(), density,
+    return cachedImage(key, platform::FileStamp::ofProgram(), density,
                        [&] { return drawSymbol(name, tint, pointSize, density); });
 }
 

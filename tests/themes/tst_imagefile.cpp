@@ -17,7 +17,7 @@ using namespace themes;
 
 namespace {
 
-const FileIdentity oldFile = {1, 2, 3, 4, 5};
+const platform::FileStamp oldFile = {1, 2, 3, 4};
 
 const QByteArray drawing = "<svg xmlns='http://www.w3.org/2000/svg' width='20' height='10'>"
                            "<rect width='20' height='10' fill='#204060'/></svg>";
@@ -43,9 +43,9 @@ QByteArray encoded(const QImage &image, const char *format)
 }
 
 /// The picture that the cache has, or else `made`.
-QImage cached(const QImage &made = {}, const FileIdentity &identity = oldFile, int density = 2)
+QImage cached(const QImage &made = {}, const platform::FileStamp &stamp = oldFile, int density = 2)
 {
-    return cachedImage(u"picture"_qs, identity, density, [&made] { return made; });
+    return cachedImage(u"picture"_qs, stamp, density, [&made] { return made; });
 }
 
 } // namespace
@@ -147,7 +147,7 @@ private Q_SLOTS:
         QVERIFY(imageFromFile(path()).isNull());
         QCOMPARE(reading(red), first);
         // Some file systems keep whole seconds: a file changed in this one may change again unseen.
-        FileIdentity fresh = oldFile;
+        platform::FileStamp fresh = oldFile;
         fresh.changed = (QDateTime::currentSecsSinceEpoch() + 1) * 1'000'000'000;
         QCOMPARE(cached(first, fresh), first);
         QCOMPARE(cached(second, fresh), second);
@@ -167,7 +167,7 @@ private Q_SLOTS:
         };
         QVERIFY(outlivesTheProgram());
         // Another state of the file, or another density, is another picture.
-        QVERIFY(cached({}, {1, 2, 3, 4, 6}).isNull());
+        QVERIFY(cached({}, {1, 2, 3, 5}).isNull());
         QVERIFY(cached({}, oldFile, 1).isNull());
 
         const QByteArray bytes = platform::readWholeFile(saved, nullptr).value_or(QByteArray());
