@@ -13,6 +13,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <cmath>
 
 namespace widgets {
 
@@ -220,7 +221,9 @@ void Popover::place()
     }
 
     const QMargins margins = frameMargins(m_arrowEdge);
-    const QSize whole = body.grownBy(margins);
+    QSize whole = body.grownBy(margins);
+    if (devicePixelRatioF() != std::floor(devicePixelRatioF())) // one that is rounded down cuts the last row
+        whole = {(whole.width() + 3) & ~3, (whole.height() + 3) & ~3}; // whole pixels at quarters, too
     const QPoint middle = anchor.center() + QPoint(anchor.width() % 2 ? 0 : 1, anchor.height() % 2 ? 0 : 1);
     QPoint corner;
     const auto within = [](int wanted, int low, int high) { return std::max(low, std::min(wanted, high)); };

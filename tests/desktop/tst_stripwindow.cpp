@@ -6,6 +6,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <cstdlib>
 #include <optional>
 
 using namespace support;
@@ -23,8 +24,8 @@ constexpr QRect home(0, 800 - 44, 1024, 44);
 /// The strip on a desktop, above a window that writes down each of its events.
 struct World
 {
-    explicit World(const QString &manager, const QStringList &variables = {}, bool compositor = false)
-        : desktop({.windowManager = manager, .compositor = compositor})
+    explicit World(const QString &manager, const QStringList &variables = {}, QSize screen = {1280, 800})
+        : desktop({.windowManager = manager, .screen = screen})
     {
         for (const QString &variable : variables)
             desktop.environment().insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
@@ -96,6 +97,7 @@ private Q_SLOTS:
     void holdsUnder();
     void floatsPastTheManager();
     void survivesAnotherManager();
+    void popoverShowsAllRowsAtEachScale();
     void endsWithoutWriting();
     void dragFiresNothing();
 };
@@ -204,6 +206,25 @@ void TestStripWindow::survivesAnotherManager()
     QVERIFY2(world.desktop.startManager(u"xfwm4 --compositor=off"_qs), qPrintable(world.desktop.problem()));
     QTRY_VERIFY(world.floats());
     QTRY_COMPARE(world.stripGeometry(), home);
+}
+
+/// At 1.5 the window was a point too small for its list, which then had a scroll bar.
+void TestStripWindow::popoverShowsAllRowsAtEachScale()
+{
+    for (const qreal scale : {1.25, 1.5, 1.75}) {
+        World world(u"openbox"_qs, {u"QT_SCALE_FACTOR=%1"_qs.arg(scale)}, {1920, 1200});
+        QVERIFY(std::abs(world.stripGeometry().bottom() - 1199) <= 1); // no whole number of points is as high
+        world.desktop.click(QPoint(0, 1200) + (QPointF(124, -22) * scale).toPoint(), 3);
+        const Window popover = world.desktop.waitForWindow({u"--name"_qs, u"^Computer history$"_qs});
+        const QPoint bar = popover.at(popover.geometry.width(), popover.geometry.height())
+            - (QPointF(31, 130) * scale).toPoint();
+        const auto isPlain = [&] {
+            const QImage line = world.desktop.screenshot(QRect(bar, QSize(1, 90)));
+            return line.pixelColor(0, 0).lightness() > 200
+                && line.copy(0, 0, 1, 89) == line.copy(0, 1, 1, 89);
+        };
+        QTRY_VERIFY2(isPlain(), qPrintable(QString::number(scale)));
+    }
 }
 
 void TestStripWindow::endsWithoutWriting()
