@@ -9,71 +9,65 @@ class TestConfig : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void oldValueStandsBeforeAChange();
-    void equalValueIsNoChange();
-    void manyChangesMakeOneRedraw();
-    void editChangesTheFirstTileWithTheId();
-    void observersMayChangeWhatChanges();
-};
-
-void TestConfig::oldValueStandsBeforeAChange()
-{
-    Config config{{}, {}};
-    QStringList seen;
-    connect(&config, &Config::willChange, this, [&] { seen += config.direction(); });
-    connect(&config, &Config::directionChanged, this, [&] { seen += config.direction(); });
-    config.setDirection(u"ttb"_qs);
-    QCOMPARE(seen, QStringList({u"ltr"_qs, u"ttb"_qs}));
-}
-
-void TestConfig::equalValueIsNoChange()
-{
-    Config config{{}, {}};
-    const TileItem tile;
-    config.setTileItems({tile});
-    const QSignalSpy willChange(&config, &Config::willChange);
-    config.setTileItems({tile});
-    config.setShowsDate(false);
-    QVERIFY(config.editTile(tile.id, [](TileItem &) {}));
-    QCOMPARE(willChange.size(), 0);
-}
-
-void TestConfig::manyChangesMakeOneRedraw()
-{
-    Config config{{}, {}};
-    const QSignalSpy redraws(&config, &Config::redrawNeeded);
-    for (int turn = 1; turn <= 2; ++turn) {
-        config.setShowsDate(turn == 1);
-        config.setTileItems({TileItem()});
-        QCOMPARE(redraws.size(), turn - 1);
-        QCoreApplication::processEvents();
-        QCOMPARE(redraws.size(), turn);
+    void oldValueStandsBeforeAChange()
+    {
+        Config config{{}, {}};
+        QStringList seen;
+        connect(&config, &Config::willChange, this, [&] { seen += config.direction(); });
+        connect(&config, &Config::directionChanged, this, [&] { seen += config.direction(); });
+        config.setDirection(u"ttb"_qs);
+        QCOMPARE(seen, QStringList({u"ltr"_qs, u"ttb"_qs}));
     }
-}
 
-void TestConfig::editChangesTheFirstTileWithTheId()
-{
-    Config config{{}, {}};
-    const TileItem tile;
-    config.setTileItems({TileItem(), tile, tile});
-    QVERIFY(config.editTile(tile.id, [](TileItem &item) { item.tileName = u"new"_qs; }));
-    QCOMPARE(config.tileItems().at(1).tileName, u"new"_qs);
-    QCOMPARE(config.tileItems().at(2).tileName, QString());
-    QVERIFY(!config.editTile(QUuid::createUuid(), [](TileItem &) { QFAIL("edited"); }));
-}
+    void equalValueIsNoChange()
+    {
+        Config config{{}, {}};
+        const TileItem tile;
+        config.setTileItems({tile});
+        const QSignalSpy willChange(&config, &Config::willChange);
+        config.setTileItems({tile});
+        config.setShowsDate(false);
+        QVERIFY(config.editTile(tile.id, [](TileItem &) {}));
+        QCOMPARE(willChange.size(), 0);
+    }
 
-void TestConfig::observersMayChangeWhatChanges()
-{
-    // An observer that emptied the list before an edit took hold left the edit an index past the end.
-    Config config{{}, {}};
-    const TileItem tile;
-    config.setTileItems({tile});
-    connect(
-        &config, &Config::willChange, &config, [&config] { config.setTileItems({}); },
-        Qt::SingleShotConnection);
-    config.editTile(tile.id, [](TileItem &item) { item.tileName = u"new"_qs; });
-    QCOMPARE(config.tileItems().value(0).tileName, u"new"_qs);
-}
+    void manyChangesMakeOneRedraw()
+    {
+        Config config{{}, {}};
+        const QSignalSpy redraws(&config, &Config::redrawNeeded);
+        for (int turn = 1; turn <= 2; ++turn) {
+            config.setShowsDate(turn == 1);
+            config.setTileItems({TileItem()});
+            QCOMPARE(redraws.size(), turn - 1);
+            QCoreApplication::processEvents();
+            QCOMPARE(redraws.size(), turn);
+        }
+    }
+
+    void editChangesTheFirstTileWithTheId()
+    {
+        Config config{{}, {}};
+        const TileItem tile;
+        config.setTileItems({TileItem(), tile, tile});
+        QVERIFY(config.editTile(tile.id, [](TileItem &item) { item.tileName = u"new"_qs; }));
+        QCOMPARE(config.tileItems().at(1).tileName, u"new"_qs);
+        QCOMPARE(config.tileItems().at(2).tileName, QString());
+        QVERIFY(!config.editTile(QUuid::createUuid(), [](TileItem &) { QFAIL("edited"); }));
+    }
+
+    void observersMayChangeWhatChanges()
+    {
+        // An observer that emptied the list before an edit took hold left the edit an index past the end.
+        Config config{{}, {}};
+        const TileItem tile;
+        config.setTileItems({tile});
+        connect(
+            &config, &Config::willChange, &config, [&config] { config.setTileItems({}); },
+            Qt::SingleShotConnection);
+        config.editTile(tile.id, [](TileItem &item) { item.tileName = u"new"_qs; });
+        QCOMPARE(config.tileItems().value(0).tileName, u"new"_qs);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestConfig)
 #include "tst_config.moc"

@@ -26,28 +26,17 @@ std::optional<SettingsData> read(const QByteArray &text, QString *why = nullptr)
     return data;
 }
 
-/// The example with the object at the level (0 the root, 1 its tile, 2 the tile's first link) put through
-/// `edit`.
-template <typename Edit> QByteArray edited(int level, Edit edit)
+/// The example with a member of the object at the level (0 the root, 1 its tile, 2 the tile's first link).
+QByteArray edited(int level, const QString &key, const QJsonValue &value)
 {
     QJsonObject root = QJsonDocument::fromJson(dataFile("example.json")).object();
-    QJsonArray tiles = root[u"tileItems"].toArray();
-    QJsonObject tile = tiles[0].toObject();
-    QJsonArray links = tile[u"tileMenuItems"].toArray();
-    QJsonObject link = links[0].toObject();
-    if (level == 2) {
-        edit(link);
-        links[0] = link;
-        tile[u"tileMenuItems"] = links;
-    }
-    if (level == 1)
-        edit(tile);
-    if (level > 0) {
-        tiles[0] = tile;
-        root[u"tileItems"] = tiles;
-    }
-    if (level == 0)
-        edit(root);
+    QJsonObject tile = root[u"tileItems"][0].toObject();
+    QJsonObject link = tile[u"tileMenuItems"][0].toObject();
+    (level == 0 ? root : level == 1 ? tile : link).insert(key, value); // an undefined one goes
+    if (level == 2)
+        tile[u"tileMenuItems"] = QJsonArray({link});
+    if (level > 0)
+        root[u"tileItems"] = QJsonArray({tile});
     return QJsonDocument(root).toJson(QJsonDocument::Compact);
 }
 
@@ -58,204 +47,189 @@ class TestSettingsJson : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void textSurvivesARoundTrip();
-    void anyTextSurvivesARoundTrip();
-    void handMadeFileLoads();
-    void emptyListsAreValid();
-    void everyMemberIsRequiredWithItsType();
-    void hostileText();
-    void problemIsNamedWithItsPlace();
-    void encodings();
-};
-
-void TestSettingsJson::textSurvivesARoundTrip()
-{
-    const QByteArray example = dataFile("example.json");
-    const auto data = read(example);
-    QVERIFY(data);
-    const TileItem &tile = data->tileItems.first();
-    QCOMPARE(tile.tileName, u"What’s for dinner?"_qs);
-    QCOMPARE(tile.scratchpadText, u"a\"b\\c\b\f\n\r\t\u0001\u001Fd🙂"_qs);
-    QCOMPARE(tile.tileMenuItems.first().itemString, u"maps://?q=noodles"_qs);
-    QVERIFY(tile.tileMenuItems.last().id.isNull());
-    QCOMPARE(model::settingsToJson(*data), example);
-}
-
-void TestSettingsJson::anyTextSurvivesARoundTrip()
-{
-    // Every length around the blocks of writer and reader, every kind of character at every place in them.
-    const QStringList pieces = {u"a"_qs, u"/"_qs,      u"\""_qs,   u"\x1f"_qs,       u"\x7f"_qs,
-                                u"é"_qs, u"\uFFFF"_qs, u"🙂"_qs, QString(QChar(0))};
-    QRandomGenerator random(1);
-    SettingsData data;
-    data.availableThemes.clear();
-    for (int length = 0; length < 300; ++length) {
-        QString text;
-        for (int i = 0; i < length % 40 * (length < 260 ? 1 : 60); ++i)
-            text += random.bounded(3) ? u"x"_qs : pieces[random.bounded(pieces.size())];
-        data.availableThemes += text;
+    void textSurvivesARoundTrip()
+    {
+        const QByteArray example = dataFile("example.json");
+        const auto data = read(example);
+        QVERIFY(data);
+        const TileItem &tile = data->tileItems.first();
+        QCOMPARE(tile.tileName, u"What’s for dinner?"_qs);
+        QCOMPARE(tile.scratchpadText, u"a\"b\\c\b\f\n\r\t\u0001\u001Fd🙂"_qs);
+        QCOMPARE(tile.tileMenuItems.first().itemString, u"maps://?q=noodles"_qs);
+        QVERIFY(tile.tileMenuItems.last().id.isNull());
+        QCOMPARE(model::settingsToJson(*data), example);
     }
-    const QByteArray json = model::settingsToJson(data);
-    QCOMPARE(read(json)->availableThemes, data.availableThemes);
-    QCOMPARE(QJsonDocument::fromJson(json).object()[u"availableThemes"].toVariant().toStringList(),
-             data.availableThemes);
 
-    // Texts that were read share memory, which must not show when some change and others go.
-    QStringList kept = read(json)->availableThemes;
-    kept.removeIf([&](const QString &) { return random.bounded(2); });
-    const QStringList copy = kept;
-    for (QString &text : kept)
-        text.prepend(u'<').append(u"xyz>"_qs).squeeze();
-    for (qsizetype i = 0; i < kept.size(); ++i)
-        QCOMPARE(kept[i], u'<' + copy[i] + u"xyz>"_qs);
+    void anyTextSurvivesARoundTrip()
+    {
+        // Every length around the blocks of writer and reader, every kind of character at every place in
+        // them.
+        const QStringList pieces = {u"a"_qs, u"/"_qs,      u"\""_qs,   u"\x1f"_qs,       u"\x7f"_qs,
+                                    u"é"_qs, u"\uFFFF"_qs, u"🙂"_qs, QString(QChar(0))};
+        QRandomGenerator random(1);
+        SettingsData data;
+        data.availableThemes.clear();
+        for (int length = 0; length < 300; ++length) {
+            QString text;
+            for (int i = 0; i < length % 40 * (length < 260 ? 1 : 60); ++i)
+                text += random.bounded(3) ? u"x"_qs : pieces[random.bounded(pieces.size())];
+            data.availableThemes += text;
+        }
+        const QByteArray json = model::settingsToJson(data);
+        QCOMPARE(read(json)->availableThemes, data.availableThemes);
+        QCOMPARE(QJsonDocument::fromJson(json).object()[u"availableThemes"].toVariant().toStringList(),
+                 data.availableThemes);
 
-    // Half a surrogate pair cannot be written; what is written must load. A byte-order mark at the beginning
-    // of a text was lost.
-    data.appIcon = u"\uFEFFa"_qs + QChar(0xD83D) + u"b"_qs + QChar(0xDE42);
-    QCOMPARE(read(model::settingsToJson(data))->appIcon, u"\uFEFFa\uFFFDb\uFFFD"_qs);
-}
+        // Texts that were read share memory, which must not show when some change and others go.
+        QStringList kept = read(json)->availableThemes;
+        kept.removeIf([&](const QString &) { return random.bounded(2); });
+        const QStringList copy = kept;
+        for (QString &text : kept)
+            text.prepend(u'<').append(u"xyz>"_qs).squeeze();
+        for (qsizetype i = 0; i < kept.size(); ++i)
+            QCOMPARE(kept[i], u'<' + copy[i] + u"xyz>"_qs);
 
-void TestSettingsJson::handMadeFileLoads()
-{
-    const auto data = read(dataFile("handmade.json"));
-    QVERIFY(data);
-    QCOMPARE(data->currentTheme, u"Δ"_qs);
-    QCOMPARE(data->availableThemes, QStringList());
-    QCOMPARE(data->direction, u"ttb"_qs);
-    QCOMPARE(data->tileItems.size(), 1);
-    const TileItem expected = {
-        QUuid::fromString(u"7C1D2E3F-4A5B-4C6D-8E9F-0A1B2C3D4E5F"),
-        u"default"_qs,
-        u"first"_qs,
-        u"file:///tmp/Tile-1/"_qs,
-        true,
-        u"🙂\n"_qs,
-        {{QUuid::fromString(u"9F8E7D6C-5B4A-4392-81A2-6A5B4C3D2E1F"), u"maps://?q=pizza"_qs, u"Pizza"_qs}},
-        false};
-    QCOMPARE(data->tileItems.first(), expected);
-    QVERIFY(model::settingsToJson(*data).contains("\"id\" : \"9F8E7D6C-5B4A-4392-81A2-6A5B4C3D2E1F\""));
-}
+        // Half a surrogate pair cannot be written; what is written must load. A byte-order mark at the
+        // beginning of a text was lost.
+        data.appIcon = u"\uFEFFa"_qs + QChar(0xD83D) + u"b"_qs + QChar(0xDE42);
+        QCOMPARE(read(model::settingsToJson(data))->appIcon, u"\uFEFFa\uFFFDb\uFFFD"_qs);
+    }
 
-void TestSettingsJson::emptyListsAreValid()
-{
-    const auto noLinks = read(edited(1, [](QJsonObject &tile) { tile[u"tileMenuItems"] = QJsonArray(); }));
-    QVERIFY(noLinks && noLinks->tileItems.first().tileMenuItems.isEmpty());
-    const auto noTiles = read(edited(0, [](QJsonObject &root) { root[u"tileItems"] = QJsonArray(); }));
-    QVERIFY(noTiles && noTiles->tileItems.isEmpty());
-    QVERIFY(read(model::settingsToJson(*noTiles)));
-}
+    void handMadeFileLoads()
+    {
+        const auto data = read(dataFile("handmade.json"));
+        QVERIFY(data);
+        QCOMPARE(data->currentTheme, u"Δ"_qs);
+        QCOMPARE(data->availableThemes, QStringList());
+        QCOMPARE(data->direction, u"ttb"_qs);
+        QCOMPARE(data->tileItems.size(), 1);
+        const TileItem expected = {QUuid::fromString(u"7C1D2E3F-4A5B-4C6D-8E9F-0A1B2C3D4E5F"),
+                                   u"default"_qs,
+                                   u"first"_qs,
+                                   u"file:///tmp/Tile-1/"_qs,
+                                   true,
+                                   u"🙂\n"_qs,
+                                   {{QUuid::fromString(u"9F8E7D6C-5B4A-4392-81A2-6A5B4C3D2E1F"),
+                                     u"maps://?q=pizza"_qs, u"Pizza"_qs}},
+                                   false};
+        QCOMPARE(data->tileItems.first(), expected);
+        QVERIFY(model::settingsToJson(*data).contains("\"id\" : \"9F8E7D6C-5B4A-4392-81A2-6A5B4C3D2E1F\""));
+    }
 
-void TestSettingsJson::everyMemberIsRequiredWithItsType()
-{
-    const QJsonArray values = {QJsonValue(),  true,           1, u"text"_qs, QJsonArray(),
-                               QJsonObject(), QJsonArray({1})};
-    const QJsonObject root = QJsonDocument::fromJson(dataFile("example.json")).object();
-    const QJsonObject tile = root[u"tileItems"][0].toObject();
-    const QJsonObject records[] = {root, tile, tile[u"tileMenuItems"][0].toObject()};
-    const QString prefixes[] = {QString(), u"tileItems[0]."_qs, u"tileItems[0].tileMenuItems[0]."_qs};
-    for (int level = 0; level < 3; ++level) {
-        for (const QString &key : records[level].keys()) {
-            const QJsonValue right = records[level][key];
-            const auto check = [&](const QJsonValue &wrong) {
-                QString why;
-                const auto put = [&](QJsonObject &record) { record.insert(key, wrong); };
-                QVERIFY2(!read(edited(level, put), &why), qPrintable(prefixes[level] + key));
-                QVERIFY2(why.contains(prefixes[level] + key), qPrintable(why));
-            };
-            check(QJsonValue::Undefined); // the member is missing
-            for (const QJsonValue &value : values) {
-                // A text is right for texts, and an empty list for every list.
-                if (value.type() != right.type() || key == u"id" || !value.toArray().isEmpty())
-                    check(value);
+    void everyMemberIsRequiredWithItsType()
+    {
+        const QJsonArray values = {QJsonValue(),  true,           1, u"text"_qs, QJsonArray(),
+                                   QJsonObject(), QJsonArray({1})};
+        const QJsonObject root = QJsonDocument::fromJson(dataFile("example.json")).object();
+        const QJsonObject tile = root[u"tileItems"][0].toObject();
+        const QJsonObject records[] = {root, tile, tile[u"tileMenuItems"][0].toObject()};
+        const QString prefixes[] = {QString(), u"tileItems[0]."_qs, u"tileItems[0].tileMenuItems[0]."_qs};
+        for (int level = 0; level < 3; ++level) {
+            for (const QString &key : records[level].keys()) {
+                const QJsonValue right = records[level][key];
+                const auto check = [&](const QJsonValue &wrong) {
+                    QString why;
+                    QVERIFY2(!read(edited(level, key, wrong), &why), qPrintable(prefixes[level] + key));
+                    QVERIFY2(why.contains(prefixes[level] + key), qPrintable(why));
+                };
+                check(QJsonValue::Undefined); // the member is missing
+                for (const QJsonValue &value : values) {
+                    // A text is right for texts, and an empty list for every list.
+                    if (value.type() != right.type() || key == u"id" || !value.toArray().isEmpty())
+                        check(value);
+                }
             }
         }
     }
-}
 
-void TestSettingsJson::hostileText()
-{
-    const auto nested = [](int depth) { return QByteArray(depth - 1, '[') + QByteArray(depth - 1, ']'); };
-    const auto check = [](const QByteArray &value, bool isValid) { // of a key that is not ours
-        QByteArray text = dataFile("example.json");
-        text.insert(1, "\"stray\":" + value + ',');
-        QString why;
-        QVERIFY2(read(text, &why).has_value() == isValid, value.left(40).toPercentEncoding().constData());
-        QCOMPARE(why.isEmpty(), isValid);
-        QVERIFY(!why.contains(u'\n'));
-    };
-    for (const QByteArray &good :
-         {QByteArray(R"("\uD83D\uDE42")"), QByteArray(R"("\u0000")"), QByteArray("-0.5e-3"),
-          QByteArray("-1.5e999"), // past every double: it failed the whole file
-          QByteArray("123456789012345678901234567890.5"), nested(512)})
-        check(good, true);
-    // Characters and escapes, halves of surrogate pairs, UTF-8, what stands between tokens, numbers, ends.
-    const QByteArray hostile = "\"x\x01y\"|\"x\ny\"|"
-                               R"("\q"|"\u12"|)"
-                               R"("\uD800"|"\uDC00"|{"\uDC00":1}|"\uD800\uD800"|)"
-                               "\"\xC0\xAF\"|\"\xED\xA0\x80\"|\"\xF4\x90\x80\x80\"|\"\xE2\x82\"|{\"\xFF\":1}|"
-                               "\xC2\xA0 1|\f1|/* x */ 1|1 // x\n|"
-                               "01|+1|.5|1.|-|NaN|-Infinity|0x10|1e999x|"
-                               "{\"a\":1,}|[1,]|'x'|x|True|nul|[|[}";
-    for (const QByteArray &bad : hostile.split('|'))
-        check(bad, false);
-    for (const QByteArray &bad : {QByteArray("\"x\0y\"", 5), QByteArray("1\0", 2), QByteArray(400, '1') + ".",
-                                  nested(513), nested(1000000), QByteArray(1000000, '[')})
-        check(bad, false);
-}
-
-void TestSettingsJson::problemIsNamedWithItsPlace()
-{
-    const char *const cases[][3] = {
-        {"\"7C1D2E3F-4A5B-4C6D-8E9F-0A1B2C3D4E5F\"", "\"{7C1D2E3F-4A5B-4C6D-8E9F-0A1B2C3D4E5F}\"",
-         "“tileItems[0].id” is not a UUID (line 12, column 14)"},
-        {"file:", "fi le:", "“tileItems[0].tileDirectory” is not a URL (line 15, column 25)"},
-        {"\"itemName\" : \"\"", "\"name\" : \"\"",
-         "“tileItems[0].tileMenuItems[1].itemName” is missing (line 28, column 9)"},
-        {"\"1984\",\n", "\"1984\", 7,\n", "“availableThemes[1]” is not a string (line 4, column 13)"},
-        {"true", "yes", "Invalid value (line 7, column 17)"},
-        {"{\n  \"currentTheme\"", "[{\n  \"currentTheme\"", "it is not an object (line 1, column 1)"},
-        {"dinner?", "dinner?\xFF", "a string is not valid Unicode (line 14, column 20)"}};
-    for (const auto &[before, after, problem] : cases) {
-        QString why;
-        read(dataFile("example.json").replace(before, after), &why);
-        QCOMPARE(why, u"The settings file is not valid: %1."_qs.arg(QString::fromUtf8(problem)));
+    void hostileText()
+    {
+        const auto nested = [](int depth) { return QByteArray(depth - 1, '[') + QByteArray(depth - 1, ']'); };
+        const auto check = [](const QByteArray &value, bool isValid) { // of a key that is not ours
+            QByteArray text = dataFile("example.json");
+            text.insert(1, "\"stray\":" + value + ',');
+            QString why;
+            QVERIFY2(read(text, &why).has_value() == isValid, value.left(40).toPercentEncoding().constData());
+            QCOMPARE(why.isEmpty(), isValid);
+            QVERIFY(!why.contains(u'\n'));
+        };
+        for (const QByteArray &good :
+             {QByteArray(R"("\uD83D\uDE42")"), QByteArray(R"("\u0000")"), QByteArray("-0.5e-3"),
+              QByteArray("-1.5e999"), // past every double: it failed the whole file
+              QByteArray("123456789012345678901234567890.5"), nested(512)})
+            check(good, true);
+        // Characters and escapes, halves of surrogate pairs, UTF-8, what stands between tokens, numbers,
+        // ends.
+        const QByteArray hostile =
+            "\"x\x01y\"|\"x\ny\"|"
+            R"("\q"|"\u12"|)"
+            R"("\uD800"|"\uDC00"|{"\uDC00":1}|"\uD800\uD800"|)"
+            "\"\xC0\xAF\"|\"\xED\xA0\x80\"|\"\xF4\x90\x80\x80\"|\"\xE2\x82\"|{\"\xFF\":1}|"
+            "\xC2\xA0 1|\f1|/* x */ 1|1 // x\n|"
+            "01|+1|.5|1.|-|NaN|-Infinity|0x10|1e999x|"
+            "{\"a\":1,}|[1,]|'x'|x|True|nul|[|[}";
+        for (const QByteArray &bad : hostile.split('|'))
+            check(bad, false);
+        for (const QByteArray &bad :
+             {QByteArray("\"x\0y\"", 5), QByteArray("1\0", 2), QByteArray(400, '1') + ".", nested(513),
+              nested(1000000), QByteArray(1000000, '[')})
+            check(bad, false);
     }
-}
 
-void TestSettingsJson::encodings()
-{
-    const QByteArray plain = dataFile("example.json");
-    const auto encoded = [&](QStringConverter::Encoding encoding) {
-        QStringEncoder encoder(encoding, QStringConverter::Flag::WriteBom);
-        return QByteArray(encoder.encode(QString::fromUtf8(plain)));
-    };
-    const QByteArray utf16 = encoded(QStringConverter::Utf16LE);
-    const QByteArray utf32 = encoded(QStringConverter::Utf32BE);
-    for (const QByteArray &good :
-         {encoded(QStringConverter::Utf8), utf16, encoded(QStringConverter::Utf16BE),
-          encoded(QStringConverter::Utf32LE), utf32, " \r\n\t" + plain + " \r\n\t"}) {
-        const auto data = read(good);
-        QVERIFY2(data, good.first(20).toHex().constData());
-        QCOMPARE(model::settingsToJson(*data), plain);
+    void problemIsNamedWithItsPlace()
+    {
+        const char *const cases[][3] = {
+            {"\"7C1D2E3F-4A5B-4C6D-8E9F-0A1B2C3D4E5F\"", "\"{7C1D2E3F-4A5B-4C6D-8E9F-0A1B2C3D4E5F}\"",
+             "“tileItems[0].id” is not a UUID (line 12, column 14)"},
+            {"file:", "fi le:", "“tileItems[0].tileDirectory” is not a URL (line 15, column 25)"},
+            {"\"itemName\" : \"\"", "\"name\" : \"\"",
+             "“tileItems[0].tileMenuItems[1].itemName” is missing (line 28, column 9)"},
+            {"\"1984\",\n", "\"1984\", 7,\n", "“availableThemes[1]” is not a string (line 4, column 13)"},
+            {"true", "yes", "Invalid value (line 7, column 17)"},
+            {"{\n  \"currentTheme\"", "[{\n  \"currentTheme\"", "it is not an object (line 1, column 1)"},
+            {"dinner?", "dinner?\xFF", "a string is not valid Unicode (line 14, column 20)"}};
+        for (const auto &[before, after, problem] : cases) {
+            QString why;
+            read(dataFile("example.json").replace(before, after), &why);
+            QCOMPARE(why, u"The settings file is not valid: %1."_qs.arg(QString::fromUtf8(problem)));
+        }
     }
-    const std::pair<const char *, QByteArray> bad[] = {
-        {"UTF-16 without a mark", utf16.mid(2)},
-        {"UTF-16, odd length", utf16.chopped(1)},
-        {"UTF-16, lone surrogate",
-         QByteArray(utf16).replace(QByteArray("D\0e\0", 4), QByteArray::fromHex("00D86500"))},
-        {"UTF-32, odd length", utf32.chopped(1)},
-        {"UTF-32, past U+10FFFF", QByteArray(utf32).replace(4, 1, "\x7F")},
-        {"two marks", "\xEF\xBB\xBF\xEF\xBB\xBF" + plain},
-        {"mark alone", "\xEF\xBB\xBF"},
-        {"empty", QByteArray()},
-        {"blanks alone", " \r\n\t"},
-        {"text after the root", plain + "x"},
-        {"second root", plain + plain},
-        {"NUL after the root", plain + QByteArray(1, 0)},
-        {"binary", QByteArray("\x89PNG\r\n\x1A\n\0\0", 10)}};
-    for (const auto &[name, bytes] : bad)
-        QVERIFY2(!read(bytes), name);
-}
+
+    void encodings()
+    {
+        const QByteArray plain = dataFile("example.json");
+        const auto encoded = [&](QStringConverter::Encoding encoding) {
+            QStringEncoder encoder(encoding, QStringConverter::Flag::WriteBom);
+            return QByteArray(encoder.encode(QString::fromUtf8(plain)));
+        };
+        const QByteArray utf16 = encoded(QStringConverter::Utf16LE);
+        const QByteArray utf32 = encoded(QStringConverter::Utf32BE);
+        for (const QByteArray &good :
+             {encoded(QStringConverter::Utf8), utf16, encoded(QStringConverter::Utf16BE),
+              encoded(QStringConverter::Utf32LE), utf32, " \r\n\t" + plain + " \r\n\t"}) {
+            const auto data = read(good);
+            QVERIFY2(data, good.first(20).toHex().constData());
+            QCOMPARE(model::settingsToJson(*data), plain);
+        }
+        const std::pair<const char *, QByteArray> bad[] = {
+            {"UTF-16 without a mark", utf16.mid(2)},
+            {"UTF-16, odd length", utf16.chopped(1)},
+            {"UTF-16, lone surrogate",
+             QByteArray(utf16).replace(QByteArray("D\0e\0", 4), QByteArray::fromHex("00D86500"))},
+            {"UTF-32, odd length", utf32.chopped(1)},
+            {"UTF-32, past U+10FFFF", QByteArray(utf32).replace(4, 1, "\x7F")},
+            {"two marks", "\xEF\xBB\xBF\xEF\xBB\xBF" + plain},
+            {"mark alone", "\xEF\xBB\xBF"},
+            {"empty", QByteArray()},
+            {"blanks alone", " \r\n\t"},
+            {"text after the root", plain + "x"},
+            {"second root", plain + plain},
+            {"NUL after the root", plain + QByteArray(1, 0)},
+            {"binary", QByteArray("\x89PNG\r\n\x1A\n\0\0", 10)}};
+        for (const auto &[name, bytes] : bad)
+            QVERIFY2(!read(bytes), name);
+    }
+};
 
 QTEST_APPLESS_MAIN(TestSettingsJson)
 #include "tst_settingsjson.moc"

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
+// The settings file, and the operations on tiles that write it.
+#include "model/defaultcontent.h"
 #include "model/safetycopies.h"
 #include "model/settingsstore.h"
+#include "model/tiles.h"
 #include "platform/files.h"
 #include "support/stdoutcapture.h"
 
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -17,22 +21,284 @@ class TestSettingsStore : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void savedFieldsLoad();
-    void brokenFileChangesNothing();
-    void loadingWritesNothing();
-    void deletedFolderComesBack();
-    void failedSaveIsReported();
-    void linkStaysALink();
-    void lastGoodIsWholeWhenTheSaveFails();
-    void failedCopyDoesNotStopTheSave();
-    void replacedFileIsKept();
+    void init()
+    {
+        m_dir = std::make_unique<QTemporaryDir>();
+        m_config = std::make_unique<Config>(documents(), state());
+    }
+
+    void savedFieldsLoadAndLoadingWritesNothing()
+    {
+        m_config->setCurrentTheme(u"1984"_qs);
+        m_config->setAvailableThemes({u"1984"_qs, QString()});
+        m_config->setShowsDate(true);
+        m_config->setDirection(u"ttb"_qs);
+        m_config->setAppIcon(u"1988"_qs);
+        TileItem tile;
+        tile.tileDirectory = u"file:///x"_qs;
+        m_config->setTileItems({tile});
+        model::saveSettings(*m_config);
+        QVERIFY(QDir(state()).removeRecursively());
+        const QDateTime before = QFileInfo(file()).lastModified();
+
+        Config other(documents(), state());
+        QStringList order;
+        const std::pair<void (Config::*)(), const char *> signs[] = {
+            {&Config::tileItemsChanged, "tileItems"},
+            {&Config::appIconChanged, "appIcon"},
+            {&Config::directionChanged, "direction"},
+            {&Config::showsDateChanged, "showsDate"},
+            {&Config::availableThemesChanged, "availableThemes"},
+            {&Config::currentThemeChanged, "currentTheme"}};
+        for (const auto &[signal, name] : signs)
+            connect(&other, signal, this, [&order, name = name] { order += QLatin1String(name); });
+        StdoutCapture capture;
+        model::loadSettings(other);
+        QCOMPARE(capture.lines(), QStringList());
+        QCOMPARE(order.join(u' '), u"currentTheme availableThemes showsDate direction appIcon tileItems"_qs);
+        QCOMPARE(other.tileItems(), m_config->tileItems());
+        QCOMPARE(other.availableThemes(), m_config->availableThemes());
+        QCOMPARE(QFileInfo(file()).lastModified(), before);
+        QVERIFY(!QFile::exists(state()));
+        QCOMPARE(namesIn(folder()).size(), 1);
+    }
+
+    void brokenFileChangesNothing()
+    {
+        StdoutCapture capture;
+        model::loadSettings(*m_config);
+        QCOMPARE(capture.lines(), QStringList(u"Settings file not found."_qs));
+        QVERIFY(QDir(folder()).isEmpty());
+        write(file(), R"({"currentTheme":"1984"})");
+        model::loadSettings(*m_config);
+        QCOMPARE(capture.lines().last(),
+                 u"The settings file is not valid: “availableThemes” is missing (line 1, column 23)."_qs);
+        QCOMPARE(m_config->currentTheme(), u"2024"_qs);
+    }
+
+    void deletedFolderComesBack()
+    {
+        model::saveSettings(*m_config);
+        const QByteArray bytes = bytesOf(file());
+        QVERIFY(QDir(documents()).removeRecursively());
+        model::saveSettings(*m_config);
+        QCOMPARE(bytesOf(file()), bytes);
+    }
+
+    void failedSaveIsReported()
+    {
+        const QString name = u"pondWicket ƒ/pondWicket-settings.json"_qs;
+        const QString nowhere = u"/nowhere/x"_qs;
+        // Below the documents folder, a folder if it ends in a slash; the target of a link there; why it
+        // fails.
+        const std::array<QString, 3> cases[] = {
+            {name + u'/', {}, u"Is a directory."_qs},
+            {name, u"/dev/full"_qs, u"Invalid argument."_qs},
+            {name, nowhere, u"No such file or directory."_qs},
+            {u"pondWicket ƒ"_qs, {}, u"Not a directory."_qs},
+            {u"pondWicket ƒ"_qs, nowhere, u"No such file or directory."_qs}};
+        for (const auto &[obstacle, target, reason] : cases) {
+            init();
+            const QString path = documents() + u'/' + obstacle;
+            QVERIFY(QDir().mkpath(path.section(u'/', 0, -2)));
+            if (!target.isEmpty())
+                QVERIFY(QFile::link(target, path));
+            else if (!obstacle.endsWith(u'/'))
+                write(path, "mine");
+            QStringList said;
+            if (path == folder() && !target.isEmpty())
+                said += u"The folder “pondWicket ƒ” could not be made: File exists."_qs;
+            said += u"Failed to save JSON data: The file “pondWicket-settings.json” could not be written: "_qs
+                + reason;
+            StdoutCapture capture;
+            model::saveSettings(*m_config);
+            QCOMPARE(capture.lines(), said);
+            if (platform::itemExists(file()))
+                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^No safety copy"_qs));
+            model::writeDefaultSettings(*m_config);
+            QCOMPARE(capture.lines(), said);
+        }
+    }
+
+    void linkStaysALink()
+    {
+        const QString elsewhere = m_dir->filePath(u"elsewhere.json"_qs);
+        QVERIFY(QDir().mkpath(folder()));
+        QVERIFY(QFile::link(elsewhere, file()));
+        model::saveSettings(*m_config); // makes the file that the link names
+        m_config->setShowsDate(true);
+        model::saveSettings(*m_config);
+        QVERIFY(QFileInfo(file()).isSymLink());
+        QVERIFY(bytesOf(elsewhere).contains("\"showsDate\" : true"));
+        QCOMPARE(namesIn(folder()).size(), 1);
+    }
+
+    void lastGoodIsWholeWhenTheSaveFails()
+    {
+        model::saveSettings(*m_config);
+        QCOMPARE(bytesOf(model::lastGoodPath(state())), bytesOf(file()));
+        QVERIFY(QFile::remove(file()));
+        QVERIFY(QDir().mkpath(file()));
+        m_config->setShowsDate(true);
+        StdoutCapture capture;
+        model::saveSettings(*m_config);
+        QCOMPARE(capture.lines().size(), 1);
+        QVERIFY(bytesOf(model::lastGoodPath(state())).contains("\"showsDate\" : true"));
+        QVERIFY(bytesOf(state() + u"/save-before.json"_qs).contains("\"showsDate\" : false"));
+        QCOMPARE(namesIn(state()).size(), 2);
+    }
+
+    void failedCopyDoesNotStopTheSave()
+    {
+        write(state().section(u'/', 0, -2), "a file in the state folder's place");
+        StdoutCapture capture;
+        QTest::ignoreMessage(QtWarningMsg,
+                             QRegularExpression(u"^No safety copy of the settings: .*Not a directory"_qs));
+        model::saveSettings(*m_config);
+        QCOMPARE(capture.lines(), QStringList());
+        QVERIFY(QFile::exists(file()));
+    }
+
+    void replacedFileIsKept()
+    {
+        // A save was cut short: the file is in pieces, and only the copy of the save is whole. The first run
+        // that follows must lose neither.
+        m_config->setDirection(u"ttb"_qs);
+        model::saveSettings(*m_config);
+        const QByteArray whole = bytesOf(file());
+        write(file(), whole.first(100));
+        StdoutCapture capture;
+        model::writeDefaultSettings(*m_config);
+        QCOMPARE(capture.lines(), QStringList(u"New settings file written successfully."_qs));
+        QVERIFY(bytesOf(file()).contains("\"direction\" : \"ltr\""));
+        QCOMPARE(namesIn(state()).size(), 4);
+        QCOMPARE(bytesOf(state() + u'/' + namesIn(state()).filter(u"replaced-"_qs).first()),
+                 whole.first(100));
+        QCOMPARE(bytesOf(state() + u'/' + namesIn(state()).filter(u"last-good-"_qs).first()), whole);
+
+        // Only the newest ten stay, and nothing that is not ours goes.
+        write(state() + u"/replaced-by-me.json"_qs, "x");
+        for (int year = 2001; year < 2015; ++year)
+            write(state() + u"/replaced-"_qs + QString::number(year) + u"0101T000000000Z.json"_qs, "x");
+        model::writeDefaultSettings(*m_config);
+        const QStringList replaced = namesIn(state()).filter(QRegularExpression(u"^replaced-2"_qs));
+        QCOMPARE(replaced.size(), 10);
+        QCOMPARE(replaced.first().left(13), u"replaced-2007"_qs);
+        QVERIFY(namesIn(state()).contains(u"replaced-by-me.json"_qs));
+    }
+
+    void firstRunLeavesThreeTilesAndNothingElse()
+    {
+        StdoutCapture capture;
+        model::writeDefaultSettings(*m_config);
+        model::ensureTilesFolder(*m_config);
+        for (int i = 0; i < 3; ++i)
+            model::addTile(*m_config);
+        QCOMPARE(capture.lines(), QStringList(u"New settings file written successfully."_qs));
+        QCOMPARE(namesIn(folder()), QStringList({u"Tiles"_qs, u"pondWicket-settings.json"_qs}));
+        const QRegularExpression form(u"^Tile-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$"_qs);
+        QSet<QString> folders;
+        QSet<QUuid> ids;
+        for (const TileItem &tile : m_config->tileItems()) {
+            const QString name = model::tileFolderPath(tile).section(u'/', -1);
+            QVERIFY2(QDir(model::tileFolderPath(tile)).exists() && form.match(name).hasMatch(),
+                     qPrintable(name));
+            QVERIFY(tile.tileDirectory.endsWith(u"/Docu%20ments%25/pondWicket%20%C6%92/Tiles/"_qs + name));
+            folders.insert(name);
+            ids.insert(tile.id);
+            for (const TileMenuItem &link : tile.tileMenuItems)
+                ids.insert(link.id);
+        }
+        QCOMPARE(folders.size(), 3);
+        QCOMPARE(ids.size(), 3 + 3 + 5 + 3);
+        QCOMPARE(saved(), m_config->tileItems());
+    }
+
+    void contentFollowsTheCount()
+    {
+        const auto names = [](int count) {
+            QStringList all = {model::defaultTileName(count)};
+            for (const TileMenuItem &link : model::defaultTileLinks(count))
+                all += link.itemName + u' ' + link.itemString;
+            return all.join(u'\n');
+        };
+        QCOMPARE(names(0).section(u'\n', 0, 1),
+                 u"Welcome to pondWicket\nAbout pondWicket https://www.pondwicket.example"
+                 "/pondWicket/index.html"_qs);
+        QVERIFY(names(1).startsWith(u"Computer history\n"_qs));
+        QCOMPARE(names(2),
+                 QStringLiteral("What’s for dinner?\nNoodles maps://?q=noodles\n"
+                                "Pizza maps://?q=pizza\nTacos maps://?q=tacos"));
+        QCOMPARE(names(3), u"Untitled\nWikipedia https://en.wikipedia.org/"_qs);
+        QCOMPARE(names(19), names(3));
+    }
+
+    void twentyIsTheLimit()
+    {
+        m_config->setTileItems(QList<TileItem>(19));
+        model::addTile(*m_config);
+        QCOMPARE(m_config->tileItems().size(), 20);
+        QCOMPARE(m_config->tileItems().last().tileName, u"Untitled"_qs);
+        QVERIFY(QDir(folder()).removeRecursively());
+        model::addTile(*m_config);
+        QCOMPARE(m_config->tileItems().size(), 20);
+        QVERIFY(!QDir(folder()).exists());
+    }
+
+    void removingKeepsTheFolder()
+    {
+        model::removeTile(*m_config, QUuid::createUuid()); // an unknown one: nothing is written
+        QVERIFY(!QDir(folder()).exists());
+        model::addTile(*m_config);
+        model::addTile(*m_config);
+        // Of two tiles with one id, the first goes.
+        QList<TileItem> items = m_config->tileItems();
+        items[1].id = items[0].id;
+        m_config->setTileItems(items);
+        model::removeTile(*m_config, items[0].id);
+        QCOMPARE(m_config->tileItems(), QList<TileItem>{items[1]});
+        QVERIFY(QDir(model::tileFolderPath(items[0])).exists());
+        QCOMPARE(saved(), m_config->tileItems());
+    }
+
+    void folderThatCannotBeMadeIsReported()
+    {
+        write(model::tilesFolder(*m_config), "a file");
+        StdoutCapture capture;
+        model::ensureTilesFolder(*m_config); // something stands there, and that is all it asks
+        QCOMPARE(capture.lines(), QStringList());
+        model::addTile(*m_config);
+        const QString name = model::tileFolderPath(m_config->tileItems().first()).section(u'/', -1);
+        QCOMPARE(capture.lines(),
+                 QStringList(u"The folder “%1” could not be made: Not a directory."_qs.arg(name)));
+        QCOMPARE(saved().size(), 1);
+    }
+
+    void folderPath()
+    {
+        const std::pair<const char16_t *, const char16_t *> cases[] = {
+            {u"file:///a/pondWicket%20%C6%92/Tile-1", u"/a/pondWicket ƒ/Tile-1/x"},
+            {u"file:///a/Tile-1/", u"/a/Tile-1/x"},
+            {u"FILE://LocalHost/a", u"/a/x"},
+            {u"file:///", u"/x"}};
+        const auto pathOf = [](const char16_t *directory) {
+            TileItem tile;
+            tile.tileDirectory = QString::fromUtf16(directory);
+            return model::tileFilePath(tile, u"x"_qs);
+        };
+        for (const auto &[directory, path] : cases)
+            QCOMPARE(pathOf(directory), QString::fromUtf16(path));
+        for (const char16_t *none : {u"file://server/a", u"https://example.org/a", u"a/b", u"file:a",
+                                     u"file:///a%00b", u"file:///a%FF", u""})
+            QCOMPARE(pathOf(none), QString());
+    }
 
 private:
-    QString documents() const { return m_dir->filePath(u"Documents"_qs); }
+    QString documents() const { return m_dir->filePath(u"Docu ments%"_qs); }
     QString state() const { return m_dir->filePath(u"state/pondWicket"_qs); }
     QString folder() const { return documents() + u"/pondWicket ƒ"_qs; }
     QString file() const { return folder() + u"/pondWicket-settings.json"_qs; }
+    QList<TileItem> saved() const { return model::readSettingsFile(file(), nullptr)->tileItems; }
     static QByteArray bytesOf(const QString &path)
     {
         return platform::readWholeFile(path, nullptr).value_or("(none)");
@@ -42,189 +308,15 @@ private:
         QVERIFY(QDir().mkpath(path.section(u'/', 0, -2)));
         QVERIFY(platform::writeInPlace(path, bytes, nullptr));
     }
-    QStringList copies() const { return QDir(state()).entryList(QDir::Files | QDir::Hidden, QDir::Name); }
+    static QStringList namesIn(const QString &path)
+    {
+        return QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                                    QDir::Name);
+    }
 
     std::unique_ptr<QTemporaryDir> m_dir;
     std::unique_ptr<Config> m_config;
 };
-
-void TestSettingsStore::init()
-{
-    m_dir = std::make_unique<QTemporaryDir>();
-    m_config = std::make_unique<Config>(documents(), state());
-}
-
-void TestSettingsStore::savedFieldsLoad()
-{
-    m_config->setCurrentTheme(u"1984"_qs);
-    m_config->setAvailableThemes({u"1984"_qs, QString()});
-    m_config->setShowsDate(true);
-    m_config->setDirection(u"ttb"_qs);
-    m_config->setAppIcon(u"1988"_qs);
-    TileItem tile;
-    tile.tileDirectory = u"file:///x"_qs;
-    m_config->setTileItems({tile});
-    model::saveSettings(*m_config);
-
-    Config other(documents(), state());
-    QStringList order;
-    const std::pair<void (Config::*)(), const char *> signs[] = {
-        {&Config::tileItemsChanged, "tileItems"},
-        {&Config::appIconChanged, "appIcon"},
-        {&Config::directionChanged, "direction"},
-        {&Config::showsDateChanged, "showsDate"},
-        {&Config::availableThemesChanged, "availableThemes"},
-        {&Config::currentThemeChanged, "currentTheme"}};
-    for (const auto &[signal, name] : signs)
-        connect(&other, signal, this, [&order, name = name] { order += QLatin1String(name); });
-    model::loadSettings(other);
-    QCOMPARE(order.join(u' '), u"currentTheme availableThemes showsDate direction appIcon tileItems"_qs);
-    QCOMPARE(other.tileItems(), m_config->tileItems());
-    QCOMPARE(other.availableThemes(), m_config->availableThemes());
-}
-
-void TestSettingsStore::brokenFileChangesNothing()
-{
-    StdoutCapture capture;
-    model::loadSettings(*m_config);
-    QCOMPARE(capture.lines(), QStringList(u"Settings file not found."_qs));
-    QVERIFY(QDir(folder()).isEmpty());
-    write(file(), R"({"currentTheme":"1984"})");
-    model::loadSettings(*m_config);
-    QCOMPARE(capture.lines().last(),
-             u"The settings file is not valid: “availableThemes” is missing (line 1, column 23)."_qs);
-    QCOMPARE(m_config->currentTheme(), u"2024"_qs);
-}
-
-void TestSettingsStore::loadingWritesNothing()
-{
-    model::saveSettings(*m_config);
-    QVERIFY(QDir(state()).removeRecursively());
-    const QDateTime before = QFileInfo(file()).lastModified();
-    StdoutCapture capture;
-    model::loadSettings(*m_config);
-    QCOMPARE(capture.lines(), QStringList());
-    QCOMPARE(QFileInfo(file()).lastModified(), before);
-    QVERIFY(!QFile::exists(state()));
-    QCOMPARE(QDir(folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 1);
-}
-
-void TestSettingsStore::deletedFolderComesBack()
-{
-    model::saveSettings(*m_config);
-    const QByteArray bytes = bytesOf(file());
-    QVERIFY(QDir(documents()).removeRecursively());
-    model::saveSettings(*m_config);
-    QCOMPARE(bytesOf(file()), bytes);
-}
-
-void TestSettingsStore::failedSaveIsReported()
-{
-    struct Case
-    {
-        QString obstacle; // below the documents folder; ends in a slash when it is a folder
-        QString linkTarget; // of a link in the obstacle's place
-        QString reason;
-        QStringList before;
-    };
-    const QString name = u"pondWicket ƒ/pondWicket-settings.json"_qs;
-    const QString nowhere = u"/nowhere/x"_qs;
-    const Case cases[] = {{name + u'/', {}, u"Is a directory."_qs, {}},
-                          {name, u"/dev/full"_qs, u"Invalid argument."_qs, {}},
-                          {name, nowhere, u"No such file or directory."_qs, {}},
-                          {u"pondWicket ƒ"_qs, {}, u"Not a directory."_qs, {}},
-                          {u"pondWicket ƒ"_qs,
-                           nowhere,
-                           u"No such file or directory."_qs,
-                           {u"The folder “pondWicket ƒ” could not be made: File exists."_qs}}};
-    for (const Case &c : cases) {
-        init();
-        const QString path = documents() + u'/' + c.obstacle;
-        QVERIFY(QDir().mkpath(path.section(u'/', 0, -2)));
-        if (!c.linkTarget.isEmpty())
-            QVERIFY(QFile::link(c.linkTarget, path));
-        else if (!c.obstacle.endsWith(u'/'))
-            write(path, "mine");
-        const QString failed =
-            u"Failed to save JSON data: The file “pondWicket-settings.json” could not be written: "_qs;
-        StdoutCapture capture;
-        model::saveSettings(*m_config);
-        QCOMPARE(capture.lines(), c.before + QStringList(failed + c.reason));
-        if (platform::itemExists(file()))
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^No safety copy"_qs));
-        model::writeDefaultSettings(*m_config);
-        QCOMPARE(capture.lines(), c.before + QStringList(failed + c.reason));
-    }
-}
-
-void TestSettingsStore::linkStaysALink()
-{
-    const QString elsewhere = m_dir->filePath(u"elsewhere.json"_qs);
-    QVERIFY(QDir().mkpath(folder()));
-    QVERIFY(QFile::link(elsewhere, file()));
-    model::saveSettings(*m_config); // makes the file that the link names
-    m_config->setShowsDate(true);
-    model::saveSettings(*m_config);
-    QVERIFY(QFileInfo(file()).isSymLink());
-    QVERIFY(bytesOf(elsewhere).contains("\"showsDate\" : true"));
-    QCOMPARE(QDir(folder())
-                 .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)
-                 .size(),
-             1);
-}
-
-void TestSettingsStore::lastGoodIsWholeWhenTheSaveFails()
-{
-    model::saveSettings(*m_config);
-    QCOMPARE(bytesOf(model::lastGoodPath(state())), bytesOf(file()));
-    QVERIFY(QFile::remove(file()));
-    QVERIFY(QDir().mkpath(file()));
-    m_config->setShowsDate(true);
-    StdoutCapture capture;
-    model::saveSettings(*m_config);
-    QCOMPARE(capture.lines().size(), 1);
-    QVERIFY(bytesOf(model::lastGoodPath(state())).contains("\"showsDate\" : true"));
-    QVERIFY(bytesOf(state() + u"/save-before.json"_qs).contains("\"showsDate\" : false"));
-    QCOMPARE(copies().size(), 2);
-}
-
-void TestSettingsStore::failedCopyDoesNotStopTheSave()
-{
-    write(state().section(u'/', 0, -2), "a file in the state folder's place");
-    StdoutCapture capture;
-    QTest::ignoreMessage(QtWarningMsg,
-                         QRegularExpression(u"^No safety copy of the settings: .*Not a directory"_qs));
-    model::saveSettings(*m_config);
-    QCOMPARE(capture.lines(), QStringList());
-    QVERIFY(QFile::exists(file()));
-}
-
-void TestSettingsStore::replacedFileIsKept()
-{
-    // A save was cut short: the file is in pieces, and only the copy of the save is whole. The first run that
-    // follows must lose neither.
-    m_config->setDirection(u"ttb"_qs);
-    model::saveSettings(*m_config);
-    const QByteArray whole = bytesOf(file());
-    write(file(), whole.first(100));
-    StdoutCapture capture;
-    model::writeDefaultSettings(*m_config);
-    QCOMPARE(capture.lines(), QStringList(u"New settings file written successfully."_qs));
-    QVERIFY(bytesOf(file()).contains("\"direction\" : \"ltr\""));
-    QCOMPARE(copies().size(), 4);
-    QCOMPARE(bytesOf(state() + u'/' + copies().filter(u"replaced-"_qs).first()), whole.first(100));
-    QCOMPARE(bytesOf(state() + u'/' + copies().filter(u"last-good-"_qs).first()), whole);
-
-    // Only the newest ten stay, and nothing that is not ours goes.
-    write(state() + u"/replaced-by-me.json"_qs, "x");
-    for (int year = 2001; year < 2015; ++year)
-        write(state() + u"/replaced-"_qs + QString::number(year) + u"0101T000000000Z.json"_qs, "x");
-    model::writeDefaultSettings(*m_config);
-    const QStringList replaced = copies().filter(QRegularExpression(u"^replaced-2"_qs));
-    QCOMPARE(replaced.size(), 10);
-    QCOMPARE(replaced.first().left(13), u"replaced-2007"_qs);
-    QVERIFY(copies().contains(u"replaced-by-me.json"_qs));
-}
 
 QTEST_GUILESS_MAIN(TestSettingsStore)
 #include "tst_settingsstore.moc"
