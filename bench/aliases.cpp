@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What following an alias costs, each figure beside a plain system call's or a plain walk's in the same run.
 // "aliases [ENTRIES]": the size of the home folder that is searched, 1,000,000 when not given.
+#include "table.h"
+
 #include "platform/aliasresolver.h"
 #include "platform/report.h"
 
@@ -64,13 +66,10 @@ void check(bool holds, const char *what)
     std::exit(EXIT_FAILURE);
 }
 
-void tell(const char *what, double value, double limit)
+void tell(bench::Table &table, const char *what, double value, std::optional<double> limit = std::nullopt)
 {
-    report(QStringLiteral("%1 %2 (at most %3)%4")
-               .arg(QString::fromLatin1(what).leftJustified(58))
-               .arg(value, 8, 'f', 3)
-               .arg(limit)
-               .arg(QLatin1String(value <= limit ? "" : "  MISSED")));
+    table.row(
+        {QString::fromLatin1(what), bench::number(value, 3), limit ? QString::number(*limit) : QString()});
 }
 
 class Tree
@@ -107,7 +106,7 @@ private:
     QTemporaryDir m_root{QCoreApplication::applicationDirPath() + QLatin1String("/tree-XXXXXX")};
 };
 
-void measureStanding(const Tree &tree)
+void measureStanding(const Tree &tree, bench::Table &table)
 {
     constexpr int calls = 20'000;
     const QByteArray target = tree.at("home/work/part/target");
@@ -128,15 +127,15 @@ void measureStanding(const Tree &tree)
                                      check(resolver->resolve(alias, nullptr).has_value(), "resolve");
                              }));
     }
-    report(QStringLiteral("one stat: %1 us").arg(plain / calls * 1e6, 0, 'f', 3));
-    tell("target where it was, in plain stats", resolving / plain, 4);
+    tell(table, "one stat, us", plain / calls * 1e6);
+    tell(table, "target where it was, in plain stats", resolving / plain, 4);
 }
 
-void measureMoves(const Tree &tree)
+void measureMoves(const Tree &tree, bench::Table &table)
 {
     constexpr int rounds = 9;
     const QByteArray first = "home/work/part/target";
-    tell("renamed in a folder of 10,000, ms",
+    tell(table, "renamed in a folder of 10,000, ms",
          1e3
              * best(rounds,
                     [&] {
@@ -146,7 +145,7 @@ void measureMoves(const Tree &tree)
                         return time;
                     }),
          5);
-    tell("parent renamed in a folder of 10,000, ms",
+    tell(table, "parent renamed in a folder of 10,000, ms",
          1e3
              * best(rounds,
                     [&] {
@@ -157,7 +156,7 @@ void measureMoves(const Tree &tree)
                     }),
          5);
     const auto resolver = tree.resolver();
-    tell("moved anywhere while the program runs, ms",
+    tell(table, "moved anywhere while the program runs, ms",
          1e3
              * best(rounds,
                     [&] {
@@ -193,7 +192,7 @@ qint64 walk(int folder)
     return count;
 }
 
-void measureSearch(const Tree &tree, int entries)
+void measureSearch(const Tree &tree, int entries, bench::Table &table)
 {
     // Three levels of folders; the target's new place is among those that are read last.
     QByteArray last;
@@ -227,10 +226,11 @@ void measureSearch(const Tree &tree, int entries)
                                  stall = std::max(stall, tree.resolve(*resolver, last + "/moved"));
                              }));
     }
-    report(QStringLiteral("plain walk of %1 entries: %2 ms").arg(count).arg(plain * 1e3, 0, 'f', 0));
-    tell("moved while not running, in plain walks", searching / plain, 1.5);
-    tell("the interface thread stalls, ms", stall * 1e3, 20);
-    tell("of that it works, ms", busy * 1e3, 20);
+    tell(table, "entries that are searched", double(count));
+    tell(table, "a plain walk of them, ms", plain * 1e3);
+    tell(table, "moved while not running, in plain walks", searching / plain, 1.5);
+    tell(table, "the interface thread stalls, ms", stall * 1e3, 20);
+    tell(table, "of that it works, ms", busy * 1e3, 20);
 }
 
 } // namespace
@@ -247,8 +247,10 @@ int main(int argc, char **argv)
     }
     tree.file("home/work/part/target");
     check(writeAliasFile(tree.at("home/work/part/target"), tree.at("home/alias"), nullptr), "alias");
-    measureStanding(tree);
-    measureMoves(tree);
-    measureSearch(tree, argc > 1 ? QByteArray(argv[1]).toInt() : 1'000'000);
+    bench::Table table(QStringLiteral("Following an alias"),
+                       {QStringLiteral("what"), QStringLiteral("figure"), QStringLiteral("at most")});
+    measureStanding(tree, table);
+    measureMoves(tree, table);
+    measureSearch(tree, argc > 1 ? QByteArray(argv[1]).toInt() : 1'000'000, table);
     return EXIT_SUCCESS;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // How fast links are found: three texts beside a bare scan of the same bytes, texts made to be slow, and the
-// import of a large file. Prints one Markdown table each.
+// import of a large file.
+#include "table.h"
+
 #include "links/linkdetector.h"
 #include "links/linkimport.h"
 #include "model/settingsstore.h"
@@ -12,7 +14,6 @@
 #include <algorithm>
 #include <bit>
 #include <chrono>
-#include <cstdio>
 #include <functional>
 #include <random>
 
@@ -190,9 +191,11 @@ std::size_t bareScan(std::string_view text, BareScan scan)
 
 void measureTexts()
 {
-    std::printf(
-        "| text of 50 MB | links | search | scan that counts | ratio | wanted | scan that visits | ratio |\n"
-        "|---|---:|---:|---:|---:|---:|---:|---:|\n");
+    bench::Table table(QStringLiteral("Links found in 50 MB of text, ms on a processor"),
+                       {QStringLiteral("text"), QStringLiteral("links"), QStringLiteral("search, ms"),
+                        QStringLiteral("scan that counts, ms"), QStringLiteral("ratio"),
+                        QStringLiteral("reach"), QStringLiteral("scan that visits, ms"),
+                        QStringLiteral("ratio")});
     const std::tuple<const char *, std::string (*)(std::size_t), double> texts[] = {
         {"prose, a link in 5 KB", prose, 0.7}, {"a link a line", linkLines, 0.25}, {"HTML", markup, 0.45}};
     for (const auto &[name, make, wanted] : texts) {
@@ -201,9 +204,10 @@ void measureTexts()
         const double count = medianSeconds([&] { hits += bareScan(text, BareScan::Count); });
         const double visit = medianSeconds([&] { hits += bareScan(text, BareScan::Visit); });
         const double search = medianSeconds([&] { found = links::findLinks(text).size(); });
-        std::printf("| %s | %zu | %.2f ms | %.2f ms | %.2f | %.2f | %.2f ms | %.2f |\n", name, found,
-                    search * 1e3, count * 1e3, hits ? count / search : 0, wanted, visit * 1e3,
-                    visit / search);
+        table.row({QString::fromLatin1(name), QString::number(found), bench::number(search * 1e3, 2),
+                   bench::number(count * 1e3, 2), bench::number(hits ? count / search : 0, 2),
+                   bench::number(wanted, 2), bench::number(visit * 1e3, 2),
+                   bench::number(visit / search, 2)});
     }
 }
 
@@ -212,7 +216,9 @@ void measureTexts()
 
 void measureWorstCases()
 {
-    std::printf("\n| pattern, repeated | 256 KB | 1 MB | growth |\n|---|---:|---:|---:|\n");
+    bench::Table table(QStringLiteral("Texts made to be slow, ms on a processor"),
+                       {QStringLiteral("pattern, repeated"), QStringLiteral("256 KB"), QStringLiteral("1 MB"),
+                        QStringLiteral("growth")});
     const std::pair<const char *, std::string> patterns[] = {
         {"((((", "("},
         {"http://(((", "http://x/((("},
@@ -254,8 +260,8 @@ void measureWorstCases()
                 text += unit;
             seconds[large] = medianSeconds([&text] { links::findLinks(text); });
         }
-        std::printf("| `%s` | %.3f ms | %.3f ms | %.1f |\n", name, seconds[0] * 1e3, seconds[1] * 1e3,
-                    seconds[1] / seconds[0]);
+        table.row({u'`' + QString::fromUtf8(name) + u'`', bench::number(seconds[0] * 1e3, 3),
+                   bench::number(seconds[1] * 1e3, 3), bench::number(seconds[1] / seconds[0], 1)});
     }
 }
 
@@ -278,7 +284,6 @@ std::string importText()
 /// In a process of its own, so that its peak is the import's.
 void measureImport()
 {
-    std::fflush(stdout);
     const QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("links.txt"));
     const pid_t writer = ::fork();
@@ -301,13 +306,16 @@ void measureImport()
             std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         rusage usage;
         ::getrusage(RUSAGE_SELF, &usage);
-        std::printf("\n| import of | links | seconds | wanted | peak memory | wanted "
-                    "|\n|---|---:|---:|---:|---:|---:|\n"
-                    "| %.0f MB | %lld | %.2f | 1.5 | %.1f times the file | 6 |\n",
-                    double(size) / megabyte,
-                    static_cast<long long>(config.tileItems().constFirst().tileMenuItems.size()), seconds,
-                    double(usage.ru_maxrss) * 1024 / double(size));
-        std::fflush(stdout);
+        {
+            bench::Table table(QStringLiteral("Import of a text"),
+                               {QStringLiteral("MB"), QStringLiteral("links"), QStringLiteral("s"),
+                                QStringLiteral("reach"), QStringLiteral("peak memory by size"),
+                                QStringLiteral("reach")});
+            table.row({bench::number(double(size) / megabyte, 0),
+                       QString::number(config.tileItems().constFirst().tileMenuItems.size()),
+                       bench::number(seconds, 2), QStringLiteral("1.5"),
+                       bench::number(double(usage.ru_maxrss) * 1024 / double(size), 1), QStringLiteral("6")});
+        }
         ::_exit(0);
     }
     ::waitpid(importer, nullptr, 0);
@@ -318,7 +326,6 @@ void measureImport()
 int main()
 {
     measureImport(); // first: a child begins with the memory of its parent
-    std::printf("\n");
     measureTexts();
     measureWorstCases();
     return 0;

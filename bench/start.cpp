@@ -25,7 +25,7 @@ struct Row
 {
     QString name;
     Strip strip;
-    double reach = 1.15; // times the floor
+    double reach = 1.15; // times the floor; 0 for none
     bool isFloor = false;
     QByteArray desktop = {}; // XDG_CURRENT_DESKTOP
     QList<double> cpu = {}; // ms to the finished picture
@@ -149,12 +149,14 @@ int main(int argc, char **argv)
     QCoreApplication application(argc, argv);
     const int rounds = argc > 1 ? std::max(memoryRounds + 1, QByteArray(argv[1]).toInt()) : 11;
     QList<Row> rows = {
-        {.name = QStringLiteral("floor"), .strip = {}, .isFloor = true},
+        {.name = QStringLiteral("floor"), .strip = {}, .reach = 0, .isFloor = true},
         {.name = QStringLiteral("theme 2024"), .strip = {}, .reach = 1},
         {.name = QStringLiteral("theme 1995"), .strip = {.theme = QStringLiteral("1995")}},
         {.name = QStringLiteral("vertical"), .strip = {.direction = QStringLiteral("ttb")}},
         {.name = QStringLiteral("calendar"), .strip = {.showsDate = true}},
         {.name = QStringLiteral("1,000 links in every tile"), .strip = {.linksPerTile = 1000}},
+        {.name = QStringLiteral("10,000 links in every tile"), .strip = {.linksPerTile = 10'000}, .reach = 0},
+        {.name = QStringLiteral("100,000 tiles"), .strip = {.tiles = 100'000, .linksPerTile = 0}, .reach = 0},
     };
     if (hasGtkTheme())
         rows.append({.name = QStringLiteral("GNOME"),
@@ -183,7 +185,7 @@ int main(int argc, char **argv)
                  QStringLiteral("PSS at 5 s, MiB"), QStringLiteral("over floor, MiB")});
     for (const Row &row : std::as_const(rows)) {
         table.row({row.name, number(median(row.cpu), 1), number(median(row.cpu) / median(floor.cpu), 2),
-                   number(row.isFloor ? 1 : row.reach, 2), number(row.instructions, 1),
+                   row.reach > 0 ? number(row.reach, 2) : QString(), number(row.instructions, 1),
                    number(row.instructions / floor.instructions, 2), number(median(row.cpuLater), 1),
                    number(median(row.memory), 1), number(median(row.memory) - median(floor.memory), 1)});
     }

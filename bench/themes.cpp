@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // What the pictures of the themes cost: their installation, a redraw's look-ups, many changes of theme.
+#include "table.h"
+
 #include "model/config.h"
 #include "platform/files.h"
-#include "platform/report.h"
 #include "themes/iconstore.h"
 #include "themes/imagecache.h"
 #include "themes/imagecatalog.h"
@@ -10,11 +11,9 @@
 
 #include <QCoreApplication>
 #include <QDirIterator>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <ctime>
 #include <functional>
 
 using namespace themes;
@@ -23,20 +22,12 @@ namespace {
 
 constexpr int tileCount = 20;
 
-/// Prints the time and the processor's time for a round, the second being the one to compare on a busy
-/// machine.
-void measure(const char *what, int rounds, const std::function<void()> &deed)
+void measure(bench::Table &table, const QString &what, int rounds, const std::function<void()> &deed)
 {
-    QElapsedTimer timer;
-    timer.start();
-    const std::clock_t begin = std::clock();
+    const double begin = bench::processorTime();
     for (int round = 0; round < rounds; ++round)
         deed();
-    const double cpu = double(std::clock() - begin) * 1e3 / CLOCKS_PER_SEC;
-    platform::report(QStringLiteral("%1: %2 ms, %3 ms of the processor's")
-                         .arg(QString::fromLatin1(what).leftJustified(36))
-                         .arg(double(timer.nsecsElapsed()) / 1e6 / rounds, 0, 'f', 3)
-                         .arg(cpu / rounds, 0, 'f', 3));
+    table.row({what, bench::number((bench::processorTime() - begin) / rounds, 3)});
 }
 
 /// What a strip asks for at a redraw.
@@ -70,7 +61,10 @@ int main(int argc, char **argv)
     QTemporaryDir folder;
     qputenv("XDG_CACHE_HOME", QFile::encodeName(folder.filePath(QStringLiteral("cache"))));
     Config config(folder.path(), folder.path());
-    measure("first installation of all themes", 1, [&] { installBuiltInThemes(config); });
+    bench::Table table(QStringLiteral("Pictures of the themes, ms on a processor"),
+                       {QStringLiteral("what"), QStringLiteral("ms")});
+    measure(table, QStringLiteral("first installation of all themes"), 1,
+            [&] { installBuiltInThemes(config); });
 
     QList<QByteArray> files;
     QDirIterator entries(folder.path(), QDir::Files, QDirIterator::Subdirectories);
@@ -78,36 +72,34 @@ int main(int argc, char **argv)
         files += platform::readWholeFile(entries.next(), nullptr).value_or(QByteArray());
     const QString copies = folder.filePath(QStringLiteral("copies"));
     platform::makeFolder(copies, nullptr);
-    qint64 total = 0;
-    measure("the same bytes written plainly", 1, [&] {
+    measure(table, QStringLiteral("the same %1 files written plainly").arg(files.size()), 1, [&] {
         for (qsizetype i = 0; i < files.size(); ++i) {
             platform::writeInPlace(copies + QLatin1Char('/') + QString::number(i), files.at(i), nullptr);
-            total += files.at(i).size();
         }
     });
-    platform::report(QStringLiteral("%1 files, %2 KB").arg(files.size()).arg(total / 1024));
 
     for (const int scale : {1, 2}) {
-        platform::report(QStringLiteral("A redraw of %1 tiles at %2x").arg(tileCount).arg(scale));
-        measure("  files decoded", 10, [&] {
+        const QString redraw = QStringLiteral("look-ups for %1 tiles at %2x, ").arg(tileCount).arg(scale);
+        measure(table, redraw + QStringLiteral("files decoded"), 10, [&] {
             clearImageCache();
             lookUp(config, scale);
         });
-        measure("  from memory", 1000, [&] { lookUp(config, scale); });
+        measure(table, redraw + QStringLiteral("from memory"), 1000, [&] { lookUp(config, scale); });
         saveImageCache();
-        measure("  from the saved pictures", 100, [&] {
+        measure(table, redraw + QStringLiteral("from the saved pictures"), 100, [&] {
             clearImageCache();
             lookUp(config, scale);
         });
     }
 
+    bench::Table memory(QStringLiteral("Memory after changes of theme"),
+                        {QStringLiteral("changes"), QStringLiteral("MiB")});
     const QStringList &themes = config.availableThemes();
     for (int i = 0; i <= 1000; ++i) {
         config.setCurrentTheme(themes.at(i % themes.size()));
         lookUp(config, 2);
         if (i == 50 || i == 1000)
-            platform::report(
-                QStringLiteral("resident after %1 changes of theme: %2 KB").arg(i).arg(residentKilobytes()));
+            memory.row({QString::number(i), bench::number(double(residentKilobytes()) / 1024, 1)});
     }
     return 0;
 }
