@@ -7,7 +7,7 @@ import pathlib
 import sys
 
 EDGE, WIDTH, HEIGHT = 60, 520, 360
-COLOURS = ["#1b6ca8", "#c0392b", "#218c53", "#8e44ad", "#b9770e", "#34495e"]
+COLOURS = ["#1b6ca8", "#c0392b", "#218c53", "#8e44ad", "#b9770e", "#34495e", "#7f8c8d"]
 STARTS = {"theme 2024": 60, "1,000 links in every tile": 20_000, "10,000 links in every tile": 200_000}  # links
 
 

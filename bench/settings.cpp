@@ -8,6 +8,7 @@
 #include "platform/files.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -39,6 +40,7 @@ struct Timing
     std::function<void()> prepare; // not timed
     std::function<void()> run;
     QList<double> times; // ms on a processor
+    QList<double> wall; // ms
 };
 
 /// Takes turns, so that what else the machine does meets all alike.
@@ -47,9 +49,12 @@ void measure(int rounds, std::initializer_list<Timing *> timings)
     for (int round = 0; round < rounds; ++round) {
         for (Timing *timing : timings) {
             timing->prepare();
+            QElapsedTimer wall;
+            wall.start();
             const double start = bench::processorTime();
             timing->run();
             timing->times.append(bench::processorTime() - start);
+            timing->wall.append(double(wall.nsecsElapsed()) / 1e6);
         }
     }
 }
@@ -76,7 +81,8 @@ void row(bench::Table &table, const QStringList &what, const Timing &ours, const
     const double floor = bench::median(least.times);
     table.row(what
               + QStringList{bench::number(mine, 2), bench::number(floor, 2), bench::number(mine / floor, 2),
-                            QString::number(reach)});
+                            QString::number(reach), bench::number(bench::median(ours.wall), 2),
+                            bench::number(bench::median(least.wall), 2)});
 }
 
 void measureFile(bench::Table &table, int tiles, int linksPerTile, int rounds)
@@ -94,11 +100,11 @@ void measureFile(bench::Table &table, int tiles, int linksPerTile, int rounds)
 
     const QByteArray plainPath = QFile::encodeName(dir.filePath(QStringLiteral("plain.json")));
     const auto nothing = [] {};
-    Timing save{nothing, [&] { model::saveSettings(config); }, {}};
-    Timing write{nothing, [&] { plainWrite(plainPath, bytes); }, {}};
+    Timing save{nothing, [&] { model::saveSettings(config); }, {}, {}};
+    Timing write{nothing, [&] { plainWrite(plainPath, bytes); }, {}, {}};
     measure(rounds, {&save, &write});
-    Timing load{[&] { loaded.setTileItems({}); }, [&] { model::loadSettings(loaded); }, {}};
-    Timing parse{nothing, [&] { parseOnly(*platform::readWholeFile(path, nullptr)); }, {}};
+    Timing load{[&] { loaded.setTileItems({}); }, [&] { model::loadSettings(loaded); }, {}, {}};
+    Timing parse{nothing, [&] { parseOnly(*platform::readWholeFile(path, nullptr)); }, {}, {}};
     measure(rounds, {&load, &parse});
 
     const QString size = QStringLiteral("%1 × %2").arg(tiles).arg(linksPerTile);
@@ -115,7 +121,8 @@ int main()
                                       "plain write, a load beside a parser that builds nothing"),
                        {QStringLiteral("what"), QStringLiteral("tiles × links"), QStringLiteral("MB"),
                         QStringLiteral("ms"), QStringLiteral("beside, ms"), QStringLiteral("ratio"),
-                        QStringLiteral("reach")});
+                        QStringLiteral("reach"), QStringLiteral("by the clock, ms"),
+                        QStringLiteral("beside, by the clock, ms")});
     measureFile(table, 20, 10, 41);
     measureFile(table, 20, 1000, 41);
     measureFile(table, 20, 10'000, 11);

@@ -73,7 +73,7 @@ void measure(Trial &trial, Row &row, int round)
         row.cpu.append(shown.cpu);
     if (round < memoryRounds) {
         QTest::qWait(int(std::max<qint64>(0, 5000 - time.elapsed())));
-        row.memory.append(proportionalSize(shown.process->processId()));
+        row.memory.append(memoryOf(shown.process->processId(), "Pss:"));
         row.cpuLater.append(cpuOf(shown.process->processId()));
     }
     trial.end(*shown.process);

@@ -160,13 +160,13 @@ double cpuOf(qint64 pid)
     return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
 }
 
-double proportionalSize(qint64 pid)
+double memoryOf(qint64 pid, const char *kind)
 {
     const auto text = platform::readWholeFile(QStringLiteral("/proc/%1/smaps_rollup").arg(pid), nullptr)
                           .value_or(QByteArray());
     for (const QByteArray &line : text.split('\n')) {
-        if (line.startsWith("Pss:"))
-            return line.mid(4).simplified().split(' ').first().toDouble() / 1024;
+        if (line.startsWith(kind))
+            return line.mid(qsizetype(qstrlen(kind))).simplified().split(' ').first().toDouble() / 1024;
     }
     return 0;
 }

@@ -62,7 +62,8 @@ private:
 
 /// The time on a processor of a process so far.
 double cpuOf(qint64 pid); // ms
-/// The memory of a process, what it shares divided among those that share it.
-double proportionalSize(qint64 pid); // MiB
+/// The memory of a process: "Pss:" with what it shares divided among those that share it, "Anonymous:" what
+/// no file stands behind.
+double memoryOf(qint64 pid, const char *kind); // MiB
 
 } // namespace bench
