@@ -184,6 +184,7 @@ class Soak:
     def closes(self, name):
         if place := name == SETTINGS and self.sees(name):  # by its title, whoever has the focus
             self.screen.click(place[0] + 60, place[1] - 10)
+            wait(lambda: self.screen.focus() == name)
         self.screen.keys("Escape")
         return wait(lambda: not self.sees(name))
 
@@ -224,7 +225,9 @@ class Soak:
         subprocess.run([self.program], env=self.environment, check=True)
         wait(lambda: self.screen.focus() == "pondWicket")
         self.screen.keys("Control_L+2")
-        return wait(lambda: self.screen.focus() == "Links") and self.closes("Links")
+        opened = wait(lambda: self.screen.focus() == "Links")
+        self.screen.keys("Control_L+2")  # closed otherwise, it would take two presses to open the next time
+        return opened and wait(lambda: not self.sees("Links"))
 
     def opens_link(self):
         before = self.opened.stat().st_size
