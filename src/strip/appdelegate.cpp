@@ -3,6 +3,7 @@
 
 #include "platform/floatingwindow.h"
 #include "strip/contentview.h"
+#include "widgets/windowdrag.h"
 
 #include <QEvent>
 #include <QGuiApplication>
@@ -77,6 +78,9 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
         platform::floatOnAllDesktops(m_strip.winId());
         QMetaObject::invokeMethod(
             this, [this] { platform::requestAllDesktops(m_strip.winId()); }, Qt::QueuedConnection);
+    } else if (event->type() == widgets::windowDragEvent) {
+        m_isHome = false;
+        m_returnsLeft = 0;
     } else if (event->type() == QEvent::Move && m_strip.isVisible()
                && m_strip.geometry().bottomLeft() != m_corner) {
         if (platform::isPointerPressed())

@@ -57,6 +57,8 @@ bool startsWindowDrag(const QWidget &widget, const QMouseEvent &move, std::optio
     else if (!window.windowHandle() || !window.windowHandle()->startSystemMove())
         return false;
     pressPosition.reset();
+    QEvent event(windowDragEvent);
+    QCoreApplication::sendEvent(&window, &event);
     return true;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QEvent>
 #include <QPoint>
 
 #include <optional>
@@ -9,6 +10,10 @@ class QMouseEvent;
 class QWidget;
 
 namespace widgets {
+
+/// What the window gets when a drag of it begins. Some window managers tell of the moves only after the
+/// release.
+inline const auto windowDragEvent = QEvent::Type(QEvent::registerEventType());
 
 /// Hands the window of `widget` to the window manager to be dragged, once the left button is held and the
 /// pointer is further from `pressPosition` (global) than the drag distance. True from then on: no release

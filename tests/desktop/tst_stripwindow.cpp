@@ -98,6 +98,7 @@ private Q_SLOTS:
     void floatsPastTheManager();
     void survivesAnotherManager();
     void popoverShowsAllRowsAtEachScale();
+    void staysOnTheScreen();
     void endsWithoutWriting();
     void dragFiresNothing();
 };
@@ -225,6 +226,45 @@ void TestStripWindow::popoverShowsAllRowsAtEachScale()
         };
         QTRY_VERIFY2(isPlain(), qPrintable(QString::number(scale)));
     }
+}
+
+/// A drag under openbox was undone by the next change of screens.
+void TestStripWindow::staysOnTheScreen()
+{
+    World world(u"openbox"_qs);
+    const auto xrandr = [&world](const QString &words) {
+        world.desktop.run(u"xrandr"_qs, words.split(u' '));
+    };
+    const QList<QSize> sizes = {{1024, 768}, {800, 600}, {1280, 800}};
+    for (const QSize size : sizes.first(2)) {
+        const QString mode = u"%1x%2"_qs.arg(size.width()).arg(size.height());
+        xrandr(u"--newmode %1 99 %2 1300 1301 1302 %3 900 901 902"_qs.arg(mode)
+                   .arg(size.width())
+                   .arg(size.height()));
+        xrandr(u"--addmode screen "_qs + mode);
+    }
+    for (const bool isDragged : {false, true}) {
+        if (isDragged)
+            world.drag(home.topLeft() + firstTile, {200, -300});
+        for (const QSize size : sizes) {
+            xrandr(u"--output screen --mode %1x%2"_qs.arg(size.width()).arg(size.height()));
+            const QRect screen(QPoint(), size);
+            const QSize length(std::min(1024, size.width()), 44);
+            QTRY_COMPARE(world.stripGeometry().size(), length);
+            QTRY_VERIFY(screen.contains(world.stripGeometry()));
+            const QRect strip = world.stripGeometry();
+            QVERIFY2(isDragged == (strip.bottom() != screen.bottom()),
+                     qPrintable(u"%1 of %2"_qs.arg(strip.bottom()).arg(screen.bottom())));
+        }
+    }
+    // A second screen takes the right half, where the strip is dragged to, and leaves again.
+    xrandr(u"--setmonitor left 640/160x800/200+0+0 screen"_qs);
+    xrandr(u"--setmonitor right 640/160x800/200+640+0 none"_qs);
+    QTRY_COMPARE(world.stripGeometry().width(), 640);
+    world.drag(world.stripGeometry().topLeft() + firstTile, {640, -50});
+    QTRY_VERIFY(world.stripGeometry().left() > 500);
+    xrandr(u"--delmonitor right"_qs);
+    QTRY_VERIFY(QRect(0, 0, 640, 800).contains(world.stripGeometry()));
 }
 
 void TestStripWindow::endsWithoutWriting()
