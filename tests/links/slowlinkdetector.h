@@ -7,7 +7,6 @@
 
 #include <QHash>
 #include <QRegularExpression>
-#include <QStringList>
 
 #include <arpa/inet.h>
 #include <cstring>
@@ -35,9 +34,7 @@ public:
 
     std::vector<links::Link> find()
     {
-        for (int i = 1; i < m_copy.size(); ++i) {
-            if (i < m_floor)
-                continue;
+        for (int i = 1; i < m_copy.size(); i = std::max(i + 1, m_floor)) {
             if (at(i) == ':')
                 matches(i, "://") ? scheme(i) : shortScheme(i);
             else if (at(i) == '.')
@@ -54,10 +51,6 @@ private:
     bool in(int i, const char *set) const { return at(i) && std::strchr(set, at(i)); }
     QString part(int from, int end) const { return m_copy.mid(from, end - from); }
     int bytes(int from, int end) const { return int(m_offsets[end] - m_offsets[from]); }
-    std::string original(int from, int end) const
-    {
-        return std::string(m_text.substr(m_offsets[from], m_offsets[end] - m_offsets[from]));
-    }
     static QRegularExpressionMatch match(const QString &text, const QByteArray &pattern, int from = 0,
                                          bool anchored = false)
     {
@@ -110,42 +103,36 @@ private:
     // -- hosts
     struct Host
     {
-        int begin, end, run;
+        int end, run;
         QStringList labels;
         bool valid;
     };
     bool isKnown(const QString &label, int from) const
     {
-        return links::isTopLevelDomain(original(from, from + int(label.size())));
+        return links::isTopLevelDomain(m_text.substr(m_offsets[from], bytes(from, from + int(label.size()))));
     }
     Host readHost(int from) const
     {
-        Host host = {from, from, from, {}, true};
-        host.run += matches(from, "[\\w\\-\1-\3]+(?:\\.[\\w\\-\1-\3]+)*");
-        QString name = part(from, host.run);
-        const int label = int(name.lastIndexOf(u'.')) + 1;
+        QString name = part(from, from + matches(from, "[\\w\\-\1-\3]+(?:\\.[\\w\\-\1-\3]+)*"));
+        const int run = from + int(name.size()), label = int(name.lastIndexOf(u'.')) + 1;
         const auto glued = match(name.mid(label), "^[^\1-\3]*(?=[\2\3])");
         if (glued.hasMatch() && isKnown(glued.captured(), from + label))
             name.truncate(label + glued.capturedLength());
         name.remove(QRegularExpression(QStringLiteral("-+$")));
-        host.end = from + int(name.size());
-        host.labels = name.split(u'.');
-        host.valid = !match(name, "^$|\\.$|(?:^|\\.)-|-(?:\\.|$)").hasMatch() && bytes(from, host.end) <= 253;
-        return host;
+        const int end = from + int(name.size());
+        const bool isWrong = match(name, "^$|\\.$|(?:^|\\.)-|-(?:\\.|$)").hasMatch();
+        return {end, run, name.split(u'.'), !isWrong && bytes(from, end) <= 253};
     }
     static bool ip(int family, const QString &text)
     {
         unsigned char address[16];
         return ::inet_pton(family, text.toLatin1().constData(), address) == 1;
     }
-    /// The end of the port, -1 in `number` when there is none.
-    int port(int colon, int *number) const
+    /// The end of the port and its number: -1 when there is none, 0 for one past every integer.
+    std::pair<int, int> port(int colon) const
     {
         const int length = matches(colon, ":\\d++(?![\\w\\-\1-\3])");
-        const QString digits =
-            part(colon + 1, colon + length).remove(QRegularExpression(QStringLiteral("^0+")));
-        *number = length == 0 ? -1 : digits.size() > 5 ? 99999 : digits.toInt();
-        return colon + length;
+        return {colon + length, length == 0 ? -1 : part(colon + 1, colon + length).toInt()};
     }
 
     // -- the five kinds
@@ -176,9 +163,8 @@ private:
     int authority(int from) const
     {
         const int begin = from + matches(from, "(?![^:@]*[,;])[\\w.\\-+%~!$&*=:,;]{1,128}+@");
-        int number;
         if (const int literal = matches(begin, "\\[[^\\]]*\\]"))
-            return ip(AF_INET6, part(begin + 1, begin + literal - 1)) ? port(begin + literal, &number) : from;
+            return ip(AF_INET6, part(begin + 1, begin + literal - 1)) ? port(begin + literal).first : from;
         const Host host = readHost(begin);
         const bool single = host.labels.size() == 1;
         if (at(begin) == '[' || (begin > from && at(host.run) == '@') || !host.valid
@@ -186,28 +172,24 @@ private:
             || (single && matches(host.end, "://") && oneOf(host.labels[0], "https http ftp ftps ws wss")))
             return from;
         int end = host.end;
-        if (at(end) == '.' && (at(end + 1) == '/' || port(end + 1, &number) > end + 1))
+        if (at(end) == '.' && (at(end + 1) == '/' || port(end + 1).second >= 0))
             ++end;
-        const int last = port(end, &number);
+        const auto [last, number] = port(end);
         return single && number < 0 && matches(end, ":[:\\w\\-]") ? from : last;
     }
     void shortScheme(int colon)
     {
-        static const QHash<QString, const char *> rests = {{u"mailto"_qs, "[A-Za-z\\d\1-\3]"},
-                                                           {u"tel"_qs, "^(?=[+(*#\\-\\d])(?:\\D*\\d){2}"},
-                                                           {u"sms"_qs, "^[+?&(\\d]."},
-                                                           {u"geo"_qs, "^[+\\-\\d].*,"},
-                                                           {u"maps"_qs, "=|^/."},
-                                                           {u"xmpp"_qs, "[@.]"}};
         const QString name = match(part(std::max(m_floor, colon - 8), colon), "[\\w+.\\-]*$").captured();
-        const char *const pattern = rests.value(name.toLower());
-        if (!pattern)
+        if (!oneOf(name, "mailto tel sms geo maps xmpp"))
             return;
         const int begin = colon - int(name.size()), end = tail(colon + 1, at(begin - 1));
         int look = colon + 1;
         while (look < end && bytes(colon + 1, look) < 64)
             ++look;
-        if (match(part(colon + 1, look), pattern).hasMatch())
+        if (match(name.toLower() + part(colon, look),
+                  "^(?:mailto:.*[A-Za-z\\d\1-\3]|tel:(?=[+(*#\\-\\d])(?:\\D*\\d){2}|sms:[+?&(\\d]."
+                  "|geo:[+\\-\\d].*,|maps:(?:.*=|/.)|xmpp:.*[@.])")
+                .hasMatch())
             add(begin, end, links::LinkForm::Complete);
     }
     int skipGlued(int begin, int end) const
@@ -250,8 +232,7 @@ private:
         begin = skipGlued(begin, dot);
         const Host host = readHost(begin);
         m_run = host.run;
-        int number;
-        const int end = port(host.end, &number);
+        const auto [end, number] = port(host.end);
         const bool path = at(begin - 1) == '/' && at(begin - 2) == '/' && in(begin - 3, "\"'(=");
         const bool outOfRange = matches(host.end, ":\\d") && (number < 1 || number > 65535);
         if ((!path && (cut || in(begin - 1, "@./\\-$#%"))) || matches(host.run, "://|[(@={]") || !host.valid
@@ -285,7 +266,7 @@ private:
         const Host host = readHost(sign + 1);
         const QString last = host.labels.last();
         if (host.valid && host.labels.size() > 1 && isKnown(last, host.end - int(last.size()))
-            && at(host.end) != '@' && !part(host.begin, host.end).contains(u'_'))
+            && at(host.end) != '@' && !part(sign, host.end).contains(u'_'))
             add(begin, host.end, links::LinkForm::Mail);
     }
 
