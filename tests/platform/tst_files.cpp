@@ -24,12 +24,10 @@ private Q_SLOTS:
     void onlyRegularFilesAreTouched()
     {
         // A pipe in a file's place used to hang whoever wrote to it until somebody read.
-        const std::pair<QByteArray, int> rows[] = {{"folder", EISDIR},
-                                                   {"pipe", EINVAL},
-                                                   {"device", EINVAL},
-                                                   {"pipe without a reader", ENXIO},
-                                                   {"circle of links", ELOOP}};
-        for (const auto &[kind, code] : rows) {
+        using Row = std::pair<QByteArray, int>;
+        for (const auto &[kind, code] :
+             {Row("folder", EISDIR), Row("pipe", EINVAL), Row("device", EINVAL),
+              Row("pipe without a reader", ENXIO), Row("circle of links", ELOOP)}) {
             init();
             const QString name = at("x");
             int reader = -1;
