@@ -25,20 +25,22 @@ private Q_SLOTS:
 
     void takesWhatWasAskedFor()
     {
-        const struct
-        {
-            QString clicked;
-            bool takesFolders, isTaken, isCancelled = false;
-        } rows[] = {{u"My Folder"_qs, true, true},
-                    {u"file"_qs, true, true},
-                    {u"file"_qs, true, false, true},
-                    {u"file"_qs, false, true},
-                    {u"My Folder"_qs, false, false}};
-        for (const auto &[clicked, takesFolders, isTaken, isCancelled] : rows) {
+        using Row = std::tuple<QString, bool, bool, bool>;
+        for (const auto &[clicked, takesFolders, isTaken, isCancelled] :
+             {Row(u"My Folder"_qs, true, true, false), Row(u"file"_qs, true, true, false),
+              Row(u"file"_qs, true, false, true), Row(u"file"_qs, false, true, false),
+              Row(u"My Folder"_qs, false, false, false)}) {
             QString title;
             whenOpen([&, name = clicked, cancels = isCancelled](QFileDialog &dialog) {
                 title = dialog.windowTitle();
-                clickRow(dialog, name);
+                auto *view = dialog.findChild<QListView *>(u"listView"_qs);
+                const QModelIndexList found =
+                    view->model()->match(view->model()->index(0, 0, view->rootIndex()), Qt::DisplayRole, name,
+                                         1, Qt::MatchExactly);
+                QCOMPARE(found.size(), 1);
+                view->scrollTo(found.first());
+                QTest::mouseClick(view->viewport(), Qt::LeftButton, {},
+                                  view->visualRect(found.first()).center());
                 if (cancels)
                     QTest::keyClick(&dialog, Qt::Key_Escape);
                 else
@@ -79,15 +81,6 @@ private:
             if (dialog->isVisible())
                 dialog->reject();
         });
-    }
-    static void clickRow(QFileDialog &dialog, const QString &name)
-    {
-        auto *view = dialog.findChild<QListView *>(u"listView"_qs);
-        const QModelIndexList rows = view->model()->match(view->model()->index(0, 0, view->rootIndex()),
-                                                          Qt::DisplayRole, name, 1, Qt::MatchExactly);
-        QCOMPARE(rows.size(), 1);
-        view->scrollTo(rows.first());
-        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(rows.first()).center());
     }
     static void clickOpen(QFileDialog &dialog)
     {
