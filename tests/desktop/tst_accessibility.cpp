@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "platform/files.h"
 #include "support/program.h"
 
-#include <QDir>
-#include <QFile>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -42,18 +41,16 @@ private:
 void TestAccessibility::initTestCase()
 {
     QVERIFY2(m_desktop.isUp(), qPrintable(m_desktop.problem()));
-    QVERIFY(QDir().mkpath(m_desktop.applicationFolder()));
-    QFile file(m_desktop.settingsFile());
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(QStringLiteral(R"({"currentTheme":"2024","availableThemes":["2024"],"showsDate":false,
+    const QString settings =
+        QStringLiteral(R"({"currentTheme":"2024","availableThemes":["2024"],"showsDate":false,
         "direction":"ltr","appIcon":"Default","tileItems":[{"id":"00000000-0000-0000-0000-000000000001",
         "iconName":"default","tileName":"Pond","tileDirectory":"file://%2/","showsScratchpad":true,
         "scratchpadText":"","tileMenuItems":[{"id":"00000000-0000-0000-0000-000000000002",
         "itemString":"%1","itemName":"Frogs"},{"id":"00000000-0000-0000-0000-000000000003",
         "itemString":"%1","itemName":"Toads"}]}]})")
-                   .arg(address, m_desktop.home())
-                   .toUtf8());
-    file.close();
+            .arg(address, m_desktop.home());
+    QVERIFY(platform::makeFolder(m_desktop.applicationFolder(), nullptr));
+    QVERIFY(platform::writeInPlace(m_desktop.settingsFile(), settings.toUtf8(), nullptr));
     m_desktop.recordOpened({u"x-scheme-handler/https"_qs});
     m_desktop.environment().insert(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_qs, u"1"_qs);
     m_program.emplace(m_desktop, QStringLiteral(PW_PROGRAM));

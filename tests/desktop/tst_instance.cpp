@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/aliasfile.h"
+#include "platform/files.h"
 #include "support/program.h"
 
 #include <QFile>
@@ -21,9 +22,7 @@ void TestInstance::laterStartsLeaveItToTheFirst()
     QVERIFY2(desktop.isUp(), qPrintable(desktop.problem()));
     desktop.recordOpened({u"text/plain"_qs});
     const QString document = desktop.home() + u"/a text.txt"_qs;
-    QFile file(document);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("text") == 4);
-    file.close();
+    QVERIFY(platform::writeInPlace(document, "text", nullptr));
     const QString alias = desktop.home() + u"/an alias"_qs;
     QVERIFY(platform::writeAliasFile(QFile::encodeName(document), QFile::encodeName(alias), nullptr));
 
