@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "platform/files.h"
 #include "support/program.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTest>
-#include <QUrl>
 
 #include <functional>
 #include <map>
@@ -15,25 +13,20 @@ using namespace support;
 namespace {
 
 // A popover as it is drawn, in points.
-constexpr int shadow = 12;
-constexpr int padding = 16;
-constexpr int arrow = 9;
-constexpr int rowHeight = 26;
+constexpr int shadow = 12, padding = 16, arrow = 9, rowHeight = 26;
 constexpr int edge = shadow + padding;
 
 // The strip's elements in their order; the tiles are those of the settings below.
-enum Element { Home, One, Many, Empty, Noted, Doomed };
-const QStringList names = {u"Home"_qs, u"One"_qs, u"Many"_qs, u"Empty"_qs, u"Noted"_qs, u"Doomed"_qs};
+enum Element { Home, One, Many, Empty, Noted };
+const QStringList names = {u"Home"_qs, u"One"_qs, u"Many"_qs, u"Empty"_qs, u"Noted"_qs};
 const QString onlyLink = u"https://one.example/a%20b"_qs;
-const QStringList links = {u"tel://+1%20555-0100"_qs, u"HTTPS://Example.org/%7Ea"_qs, u"maps://?q=pizza"_qs,
-                           u"ssh://pond@example.org:2222"_qs, u"wicket:%7Ea"_qs};
+const QStringList links = {u"tel://+1%20555-0100"_qs, u"HTTPS://Example.org/%7Ea"_qs, u"wicket:%7Ea"_qs};
 
 enum Action { Edit, AddFile, Import, ToggleNotes, Remove };
 
 QByteArray contentOf(const QString &path)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("(no file)");
+    return platform::readWholeFile(path, nullptr).value_or("(no file)");
 }
 
 /// A desktop with the strip on it, in a corner that leaves bare desktop and another program's window free.
@@ -41,7 +34,7 @@ struct World
 {
     explicit World(const DesktopOptions &options, const QString &direction = u"ltr"_qs);
 
-    QString tileFolder() const { return desktop.applicationFolder() + u"/Tiles/"_qs; }
+    QString folderOf(Element element) const { return desktop.home() + u'/' + names.at(element); }
     QRect stripArea() const { return windowNamed(u"pondWicket"_qs).geometry; }
     QRect area(Element element) const
     {
@@ -50,8 +43,7 @@ struct World
                      QSize(44, 44));
     }
     void click(Element element, int button = 1) const { desktop.click(area(element).center(), button); }
-    void clickRow(int row) const;
-    void choose(Action action) const;
+    void choose(Element element, Action action) const;
     Window windowNamed(const QString &name) const
     {
         return desktop.windows({u"--name"_qs, u'^' + name + u'$'}).value(0);
@@ -74,11 +66,6 @@ struct World
         return xdotool(u"getmouselocation --shell"_qs).split('\n').value(3);
     }
     void activate(const Window &window) const { xdotool(u"windowactivate --sync "_qs + window.id); }
-    bool settingsHave(const QString &text) const
-    {
-        return contentOf(desktop.settingsFile()).contains(text.toUtf8());
-    }
-
     Desktop desktop;
     bool isVertical;
     std::optional<Program> program;
@@ -92,39 +79,29 @@ World::World(const DesktopOptions &options, const QString &direction)
     : desktop(options)
     , isVertical(direction == u"ttb")
 {
-    QStringList tiles;
-    const QStringList targets[] = {{}, {onlyLink}, links, {}, {onlyLink}, {}};
-    for (int tile = Home; tile <= Doomed; ++tile) {
-        const QString folder = tileFolder() + names.at(tile);
-        QDir().mkpath(folder);
+    QString tiles;
+    const QStringList targets[] = {{onlyLink}, links, {}, {onlyLink}};
+    for (int tile = One; tile <= Noted; ++tile) {
+        platform::makeFolder(folderOf(Element(tile)), nullptr);
         QStringList items;
-        for (const QString &target : targets[tile])
-            items += uR"({"id":"00000000-0000-0000-0001-%1","itemString":"%2","itemName":"a link"})"_qs
-                         .arg(items.size(), 12, 10, QLatin1Char('0'))
-                         .arg(target);
-        tiles += uR"({"id":"00000000-0000-0000-0000-%1","iconName":"default","tileName":"%2",
-            "tileDirectory":"%3","showsScratchpad":%4,"scratchpadText":"","tileMenuItems":[%5]})"_qs
-                     .arg(tile, 12, 10, QLatin1Char('0'))
-                     .arg(names.at(tile), QString::fromLatin1(QUrl::fromLocalFile(folder).toEncoded()),
-                          tile == Noted ? u"true"_qs : u"false"_qs, items.join(u','));
+        for (const QString &target : targets[tile - One])
+            items +=
+                uR"({"id":"00000000-0000-0000-0001-00000000000%1","itemString":"%2","itemName":"a link"})"_qs
+                    .arg(items.size())
+                    .arg(target);
+        tiles +=
+            uR"(%1{"id":"00000000-0000-0000-0000-00000000000%2","iconName":"default","tileName":"%3",
+            "tileDirectory":"file://%4","showsScratchpad":%5,"scratchpadText":"","tileMenuItems":[%6]})"_qs
+                .arg(tiles.isEmpty() ? QString() : u","_qs, QString::number(tile), names.at(tile),
+                     folderOf(Element(tile)), tile == Noted ? u"true"_qs : u"false"_qs, items.join(u','));
     }
-    tiles.removeFirst(); // the home tile is always there
-    QFile file(desktop.settingsFile());
-    if (file.open(QIODevice::WriteOnly))
-        file.write(uR"({"currentTheme":"2024","availableThemes":["2024"],"showsDate":false,
-            "direction":"%1","appIcon":"Default","tileItems":[%2]})"_qs.arg(direction, tiles.join(u','))
-                       .toUtf8());
-    file.close();
-    desktop.recordOpened(
-        {u"x-scheme-handler/tel"_qs, u"x-scheme-handler/https"_qs, u"x-scheme-handler/geo"_qs});
-    // The terminal that ssh addresses go to.
-    const QString bin = desktop.home() + u"/bin/"_qs;
-    QDir().mkpath(bin);
-    QFile::link(desktop.home() + u"/../recorder"_qs, bin + u"xdg-terminal-exec"_qs);
-    // Only what this desktop has itself is a handler.
-    desktop.environment().insert(u"XDG_DATA_DIRS"_qs, bin);
-    desktop.environment().insert(u"PATH"_qs, bin + u':' + desktop.environment().value(u"PATH"_qs));
-
+    platform::makeFolder(desktop.applicationFolder(), nullptr);
+    platform::writeInPlace(desktop.settingsFile(),
+                           uR"({"currentTheme":"2024","availableThemes":["2024"],"showsDate":false,
+            "direction":"%1","appIcon":"Default","tileItems":[%2]})"_qs.arg(direction, tiles)
+                               .toUtf8(),
+                           nullptr);
+    desktop.recordOpened({u"x-scheme-handler/tel"_qs, u"x-scheme-handler/https"_qs});
     other.emplace(desktop, u"xev"_qs,
                   QStringList{u"-geometry"_qs, u"200x100+1000+400"_qs, u"-name"_qs, u"Other"_qs});
     otherWindow = desktop.waitForWindow({u"--name"_qs, u"^Other$"_qs});
@@ -132,30 +109,13 @@ World::World(const DesktopOptions &options, const QString &direction)
     strip = program->waitForWindow();
 }
 
-/// In the popover of Many, whose rows are the last of its content.
-void World::clickRow(int row) const
+/// From the menu in the header of the popover, which is open or about to be.
+void World::choose(Element element, Action action) const
 {
-    const QRect area = popover(Many).geometry;
-    desktop.click(
-        {area.left() + edge + 40,
-         area.bottom() - arrow - padding - (int(links.size()) - 1 - row) * rowHeight - rowHeight / 2});
-}
-
-/// From the menu in the header of the popover that is open.
-void World::choose(Action action) const
-{
-    for (int element = One; element <= Doomed; ++element) {
-        const Window window = popover(Element(element));
-        if (window.isNull())
-            continue;
-        waitUntil([&] { return hasFocus(window); });
-        desktop.click(window.geometry.topRight() + QPoint(-edge - 10, edge + 10));
-        waitUntil([&] { return program->windows().size() > 2; });
-        for (int step = 0; step <= action; ++step)
-            desktop.key(u"Down"_qs);
-        desktop.key(u"Return"_qs);
-        return;
-    }
+    waitUntil([&] { return isActive(element); });
+    desktop.click(popover(element).geometry.topRight() + QPoint(-edge - 10, edge + 10));
+    waitUntil([&] { return program->windows().size() > 2; });
+    xdotool(u"key"_qs + u" Down"_qs.repeated(action + 1) + u" Return"_qs);
 }
 
 } // namespace
@@ -165,18 +125,17 @@ class TestPopovers : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase_data();
     void init();
     void cleanup();
 
+    void opens_data() const;
     void opens();
+    void isDismissed_data() const { opens_data(); }
     void isDismissed();
     void stays();
-    void openedByKeyAndDismissedNeedsTwoPresses();
     void openedByKeySurvivesAChangeOfItsTile();
     void linksReachTheirHandlersUnchanged();
-    void notesAreShownAndWritten();
-    void tileRemovesItself();
+    void notesAreWrittenAndOutliveTheirTile();
     void staysOnTheScreenWithItsArrowAtTheTile();
 
 private:
@@ -186,16 +145,10 @@ private:
     World *m_world = nullptr;
 };
 
-void TestPopovers::initTestCase_data()
-{
-    QTest::addColumn<QString>("manager");
-    QTest::addRow("openbox") << u"openbox"_qs;
-    QTest::addRow("xfwm4") << u"xfwm4 --compositor=off"_qs;
-}
-
 void TestPopovers::init()
 {
-    QFETCH_GLOBAL(QString, manager);
+    const char *tag = QTest::currentDataTag();
+    const QString manager = QString::fromLatin1(tag ? tag : "openbox");
     m_world = &m_worlds.try_emplace(manager, DesktopOptions{.windowManager = manager}).first->second;
     QVERIFY2(m_world->desktop.isUp(), qPrintable(m_world->desktop.problem()));
     QVERIFY2(!m_world->strip.isNull(), qPrintable(m_world->program->errors()));
@@ -214,6 +167,14 @@ using Step = std::function<void(const World &)>;
 Step clickOn(Element element, int button = 1)
 {
     return [=](const World &world) { world.click(element, button); };
+}
+
+/// The focus, about which managers differ, decides what is seen of these. Elsewhere openbox will do.
+void TestPopovers::opens_data() const
+{
+    QTest::addColumn<bool>("runs"); // the tag is what does
+    for (const char *manager : {"openbox", "xfwm4 --compositor=off"})
+        QTest::newRow(manager) << true;
 }
 
 void TestPopovers::opens()
@@ -266,7 +227,7 @@ void TestPopovers::stays()
     world().click(Many);
     QTRY_VERIFY(world().isActive(Many));
     for (const Action action : {AddFile, Edit, Import}) {
-        world().choose(action);
+        world().choose(Many, action);
         const auto isPanelActive = [this] {
             QList<Window> panels = world().program->windows();
             panels.removeOne(world().strip);
@@ -278,42 +239,20 @@ void TestPopovers::stays()
         world().desktop.key(u"Escape"_qs);
         QTRY_COMPARE(world().program->windows().size(), 2);
     }
-    world().click(Many);
-    world().desktop.click(world().popover(Many).at(edge + 5, edge + 5)); // the name
-    // Its links can still be clicked, which does not dismiss it either.
-    const qsizetype opened = world().desktop.opened().size();
-    world().clickRow(0);
-    QTRY_COMPARE(world().desktop.opened().size(), opened + 1);
-    QVERIFY(world().isOpen(Many));
-}
-
-void TestPopovers::openedByKeyAndDismissedNeedsTwoPresses()
-{
-    const QString toggle = u"ctrl+2"_qs;
-    world().desktop.key(toggle);
-    QTRY_VERIFY(world().isActive(Many));
-    world().desktop.key(u"Escape"_qs);
-    QTRY_VERIFY(world().hasFocus(world().strip));
-    const qsizetype opened = world().desktop.opened().size();
-    world().desktop.key(toggle);
-    world().desktop.key(u"ctrl+question"_qs); // help, whose page arrives when the first key has been served
-    QTRY_COMPARE(world().desktop.opened().size(), opened + 1);
-    QVERIFY(!world().isOpen(Many));
-    world().activate(world().strip);
-    world().desktop.key(toggle);
-    QTRY_VERIFY(world().isActive(Many));
-    world().desktop.key(toggle);
-    QTRY_VERIFY(!world().isOpen(Many));
 }
 
 void TestPopovers::openedByKeySurvivesAChangeOfItsTile()
 {
-    world().desktop.key(u"ctrl+3"_qs);
-    QTRY_VERIFY(world().isActive(Empty));
+    for (const bool isOpen : {true, false, true}) {
+        if (isOpen)
+            world().activate(world().strip);
+        world().desktop.key(u"ctrl+3"_qs);
+        QTRY_COMPARE(world().isActive(Empty), isOpen);
+    }
     const Window first = world().popover(Empty);
-    world().choose(ToggleNotes);
+    world().choose(Empty, ToggleNotes);
     QTRY_VERIFY(world().isOpen(Empty) && world().popover(Empty).id != first.id);
-    world().choose(ToggleNotes);
+    world().choose(Empty, ToggleNotes);
     QTRY_COMPARE(world().popover(Empty).geometry.size(), first.geometry.size());
     // The popover that came in place of another one did not notice presses outside the program.
     world().desktop.click(bareDesktop);
@@ -324,21 +263,20 @@ void TestPopovers::openedByKeySurvivesAChangeOfItsTile()
 
 void TestPopovers::linksReachTheirHandlersUnchanged()
 {
-    const QList<QStringList> expected = {
-        {links.at(0)},
-        {links.at(1)},
-        {u"geo:0,0?q=pizza"_qs},
-        {u"ssh"_qs, u"-l"_qs, u"pond"_qs, u"-p"_qs, u"2222"_qs, u"--"_qs, u"example.org"_qs},
-        {}};
     world().click(Many);
     QTRY_VERIFY(world().isOpen(Many));
     const QByteArray settings = contentOf(world().desktop.settingsFile());
+    const QRect area = world().popover(Many).geometry;
+    world().desktop.click(area.topLeft() + QPoint(edge + 5, edge + 5)); // the name
     QStringList opened = world().desktop.opened();
     for (int row = int(links.size()) - 1; row >= 0; --row) {
-        world().clickRow(row);
-        opened += expected.at(row);
+        const int above = arrow + padding + (int(links.size()) - 1 - row) * rowHeight + rowHeight / 2;
+        world().desktop.click({area.left() + edge + 40, area.bottom() - above});
+        if (row < 2) // nobody handles the last
+            opened += links.at(row);
         QTRY_COMPARE(world().desktop.opened(), opened);
     }
+    QVERIFY(world().isOpen(Many));
     world().desktop.click(bareDesktop);
     world().click(One);
     QTRY_COMPARE(world().desktop.opened(), opened + QStringList(onlyLink));
@@ -347,50 +285,28 @@ void TestPopovers::linksReachTheirHandlersUnchanged()
     QCOMPARE(contentOf(world().desktop.settingsFile()), settings);
 }
 
-void TestPopovers::notesAreShownAndWritten()
+void TestPopovers::notesAreWrittenAndOutliveTheirTile()
 {
-    const QString file = world().tileFolder() + u"Empty/Notes.txt"_qs;
-    QFile::remove(file); // of a test that showed the notes before
+    const QString file = world().folderOf(Empty) + u"/Notes.txt"_qs;
+    platform::writeInPlace(file, "b", nullptr);
     world().click(Empty);
-    QTRY_VERIFY(world().isOpen(Empty));
-    world().choose(ToggleNotes);
+    world().choose(Empty, ToggleNotes);
     QTRY_VERIFY(!world().isOpen(Empty));
-    QVERIFY(!QFile::exists(file));
 
     world().click(Empty);
     QTRY_VERIFY(world().isActive(Empty));
-    QTRY_COMPARE(contentOf(file), QByteArray("Notes"));
-    QByteArray written;
-    for (const char *letter : {"a", " ", "c"}) {
-        world().desktop.type(QString::fromLatin1(letter));
-        written += letter;
-        QTRY_COMPARE(contentOf(file), written);
-    }
-    world().desktop.key(u"ctrl+a"_qs);
-    world().desktop.key(u"Delete"_qs);
-    QTRY_COMPARE(contentOf(file), QByteArray());
-    QVERIFY(!world().settingsHave(u"a c"_qs));
+    world().desktop.key(u"ctrl+Home"_qs);
+    world().desktop.type(u"a "_qs);
+    QTRY_COMPARE(contentOf(file), "a b");
 
-    world().choose(ToggleNotes);
-    QTRY_VERIFY(!world().isOpen(Empty));
-    QVERIFY(QFile::exists(file));
-}
-
-void TestPopovers::tileRemovesItself()
-{
-    QVERIFY(world().settingsHave(u"Doomed"_qs));
-    world().click(Doomed);
-    QTRY_VERIFY(world().isOpen(Doomed));
-    world().choose(Remove);
-    QTRY_VERIFY(!world().isOpen(Doomed));
-    QTRY_VERIFY(!world().settingsHave(u"Doomed"_qs));
-    QVERIFY(QFile::exists(world().tileFolder() + names.at(Doomed)));
+    world().choose(Empty, Remove);
+    QTRY_VERIFY(!contentOf(world().desktop.settingsFile()).contains("Empty"));
+    QCOMPARE(contentOf(file), "a b");
 }
 
 void TestPopovers::staysOnTheScreenWithItsArrowAtTheTile()
 {
-    QFETCH_GLOBAL(QString, manager);
-    const World vertical({.windowManager = manager}, u"ttb"_qs);
+    const World vertical({}, u"ttb"_qs);
     // The corners of the strip, whose tiles are near its first end.
     const std::pair<const World *, QList<QPoint>> cases[] = {
         {&world(), {{0, 756}, {0, 0}, {1020, 756}, {-30, 300}}},
