@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cstdlib>
+
 #include <sys/stat.h>
 #include <unistd.h>
 

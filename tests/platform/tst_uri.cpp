@@ -27,15 +27,15 @@ private Q_SLOTS:
         for (qsizetype i = 0; i < words.size(); i += 2) {
             const auto uri = platform::parseUriReference(words.at(i));
             QVERIFY2(uri, qPrintable(words.at(i)));
-            const auto orNone = [](bool there, const QString &part) { return there ? part : u"-"_qs; };
+            const auto part = [](bool isThere, const QString &text) { return isThere ? text : u"-"_qs; };
             const bool hasHost = uri->hasAuthority;
-            const QStringList found = {orNone(!uri->scheme.isEmpty(), uri->scheme),
-                                       orNone(hasHost, uri->userInfo),
-                                       orNone(hasHost, uri->host),
-                                       orNone(hasHost, uri->port),
+            const QStringList found = {part(!uri->scheme.isEmpty(), uri->scheme),
+                                       part(hasHost, uri->userInfo),
+                                       part(hasHost, uri->host),
+                                       part(hasHost, uri->port),
                                        uri->path,
-                                       orNone(uri->hasQuery, uri->query),
-                                       orNone(uri->hasFragment, uri->fragment)};
+                                       part(uri->hasQuery, uri->query),
+                                       part(uri->hasFragment, uri->fragment)};
             QCOMPARE(found.join(u'|'), words.at(i + 1));
         }
     }
