@@ -5,7 +5,6 @@
 #include "links/linkimport.h"
 #include "links/openlink.h"
 #include "platform/addressopener.h"
-#include "platform/aliasfile.h"
 #include "platform/files.h"
 #include "platform/workspace.h"
 #include "strip/contentview.h"
@@ -29,31 +28,15 @@ namespace {
 
 constexpr qint64 mostMemory = 1 << 20; // KiB, most of it the sanitizers'; a trap takes all there is
 
-const QByteArrayList payloads = {"javascript:alert(1)",
-                                 "data:text/html,<script>",
-                                 "file:///dev/zero",
-                                 "file:///dev/tty",
-                                 "/proc/self/mem",
-                                 "file:///proc/self/fd/0",
-                                 "-rf",
-                                 "--help",
-                                 "$(touch ran)",
-                                 "; touch ran",
-                                 "https://a.example/\n--flag",
-                                 "ssh://-oProxyCommand=touch%20ran",
-                                 "ssh://$(touch ran)@a",
-                                 "HOME/pipe",
-                                 "file://HOME/pipe",
-                                 "HOME/loop",
-                                 "HOME/alias to pipe",
-                                 "HOME/alias to itself",
-                                 "HOME/alias to memory",
-                                 "HOME/alias of noughts",
-                                 "file://HOME/../../../dev/zero",
-                                 QByteArray("a\0b", 3),
-                                 "file:///%00",
-                                 QByteArray(100'000, '/'),
-                                 "https://" + QByteArray(100'000, 'a') + ".example/"};
+const QByteArrayList payloads =
+    QByteArray("javascript:alert(1)|data:text/html,<script>|file:///dev/zero|file:///dev/tty|/proc/self/mem|"
+               "file:///proc/self/fd/0|-rf|--help|$(touch ran)|; touch ran|https://a.example/\n--flag|"
+               "ssh://-oProxyCommand=touch%20ran|ssh://$(touch ran)@a|HOME/pipe|file://HOME/pipe|HOME/loop|"
+               "HOME/alias to pipe|HOME/alias to itself|HOME/alias to mem|HOME/alias to zero|"
+               "file://HOME/../../../dev/zero|file:///%00")
+        .split('|')
+    + QByteArrayList{QByteArray("a\0b", 3), QByteArray(100'000, '/'),
+                     "https://" + QByteArray(100'000, 'a') + ".example/"};
 
 class Opener : public links::LinkOpener
 {
@@ -162,11 +145,10 @@ void TestHostile::meet(QByteArray settings)
         QVERIFY(QFile::link(target, link));
     for (const char *program : {"sh", "touch", "ssh", "xdg-open", "xdg-terminal-exec"})
         desktop.addProgram(QLatin1String(program));
-    // Aliases lead to what was a file when they were made.
-    for (const char *target : {"pipe", "/dev/zero", "/proc/self/mem"})
-        platform::writeAliasFile(QDir(home).filePath(QLatin1String(target)).toUtf8(),
-                                 (home + u"alias to "_qs).toUtf8() + QByteArray(target).replace('/', '-'),
-                                 nullptr);
+    for (const QString &target :
+         {home + u"pipe"_qs, u"/dev/zero"_qs, u"/proc/self/mem"_qs, home + u"alias to itself"_qs})
+        QVERIFY(platform::writeInPlace(home + u"alias to "_qs + target.section(u'/', -1).section(u' ', -1),
+                                       "pondWicket alias 1\npath: " + target.toUtf8() + '\n', nullptr));
     const auto outcome = desktop.run({u"--look"_qs}, home.chopped(1).toUtf8());
     QVERIFY2(outcome.exitCode == 0, (settings.left(100) + outcome.output.left(5000)).constData());
     QCOMPARE(outcome.output.startsWith("Failed to load icon: ../pipe"), settings.contains("`touch")); // read
