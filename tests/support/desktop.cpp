@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "support/desktop.h"
 
+#include "platform/files.h"
+
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
@@ -42,10 +44,8 @@ QProcessEnvironment privateEnvironment(const QDir &root)
 
 void writeText(const QString &path, const QString &text)
 {
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    if (file.open(QIODevice::WriteOnly))
-        file.write(text.toUtf8());
+    platform::makeFolder(QFileInfo(path).path(), nullptr);
+    platform::writeInPlace(path, text.toUtf8(), nullptr);
 }
 
 QRect geometryOf(const Desktop &desktop, const QString &id)
@@ -170,8 +170,7 @@ QString Desktop::property(const Window &window, const QString &name) const
 QImage Desktop::screenshot(QRect area) const
 {
     const QByteArray png = run(u"import"_qs, {u"-silent"_qs, u"-window"_qs, u"root"_qs, u"png:-"_qs});
-    const QImage screen = QImage::fromData(png, "png");
-    return area.isNull() ? screen : screen.copy(area);
+    return QImage::fromData(png, "png").copy(area);
 }
 
 void Desktop::recordOpened(const QStringList &mimeTypes)
@@ -190,10 +189,8 @@ void Desktop::recordOpened(const QStringList &mimeTypes)
 
 QStringList Desktop::opened() const
 {
-    QFile file(m_root.filePath(u"opened"_qs));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    const auto lines = platform::readWholeFile(m_root.filePath(u"opened"_qs), nullptr);
+    return QString::fromUtf8(lines.value_or(QByteArray())).split(u'\n', Qt::SkipEmptyParts);
 }
 
 } // namespace support

@@ -79,7 +79,7 @@ public:
     /// "ctrl+q", "Escape", as xdotool names them; goes to the window that has the focus.
     void key(const QString &keys) const { xdotool({u"key"_qs, keys}); }
     void type(const QString &text) const { xdotool({u"type"_qs, text}); }
-    QImage screenshot(QRect area = {}) const;
+    QImage screenshot(QRect area) const;
 
     /// Makes a recording program the default for these MIME types ("x-scheme-handler/https").
     void recordOpened(const QStringList &mimeTypes);

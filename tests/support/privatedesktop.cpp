@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "support/privatedesktop.h"
 
+#include "platform/files.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -24,11 +26,9 @@ QString recorder()
 
 PrivateDesktop::Launch readLaunch(const QString &path)
 {
-    QFile file(path);
     PrivateDesktop::Launch launch;
-    if (!file.open(QIODevice::ReadOnly))
-        return launch;
-    for (const QByteArray &field : file.readAll().split('\0')) {
+    const QByteArray record = platform::readWholeFile(path, nullptr).value_or(QByteArray());
+    for (const QByteArray &field : record.split('\0')) {
         const QString text = QString::fromUtf8(field);
         const QString key = text.section(u'=', 0, 0);
         const QString value = text.section(u'=', 1);
@@ -73,11 +73,11 @@ PrivateDesktop::PrivateDesktop()
 
 QString PrivateDesktop::write(const QString &relative, const QByteArray &content) const
 {
-    QDir(m_folder.path()).mkpath(QFileInfo(relative).path());
-    QFile file(path(relative));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+    const QString file = path(relative);
+    if (!platform::makeFolder(QFileInfo(file).path(), nullptr)
+        || !platform::writeInPlace(file, content, nullptr))
         qFatal("%s could not be written", qPrintable(relative));
-    return file.fileName();
+    return file;
 }
 
 QByteArray PrivateDesktop::desktopEntry(const QString &arguments)
@@ -146,9 +146,7 @@ PrivateDesktop::Outcome PrivateDesktop::run(const QStringList &arguments, const 
     if (::waitpid(process, &status, 0) == process && WIFEXITED(status))
         outcome.exitCode = WEXITSTATUS(status);
     while (::waitpid(-1, nullptr, 0) > 0) { }
-    QFile output(path(QStringLiteral("output")));
-    if (output.open(QIODevice::ReadOnly))
-        outcome.output = output.readAll();
+    outcome.output = platform::readWholeFile(path(QStringLiteral("output")), nullptr).value_or(QByteArray());
     QDir records(path(QStringLiteral("records")));
     for (const QString &name : records.entryList(QDir::Files)) {
         outcome.launches << readLaunch(records.filePath(name));
