@@ -30,7 +30,6 @@ void TestLinkKind::addresses()
     const std::tuple<QString, QString, bool> rows[] = {{u"HTTPS://Example.org/%7Ea"_qs, u"HTTPS"_qs, true},
                                                        {u"mailto:a@example.org"_qs, u"mailto"_qs, true},
                                                        {u"tel://"_qs, u"tel"_qs, true},
-                                                       {u"abc:def"_qs, u"abc"_qs, true},
                                                        {u"example.org/a"_qs, unknown, true},
                                                        {u"https://a b"_qs, unknown, false},
                                                        {u"https://ä.example"_qs, unknown, false},
@@ -65,22 +64,19 @@ void TestLinkKind::paths()
     tile.make(u"a.txt"_qs);
     QVERIFY(QFile::link(u"My Folder"_qs, tile.at(u"link"_qs)));
     const QString alias = tile.at(u"an alias"_qs);
-    const std::pair<QString, QString> rows[] = {{u"Calculator.app"_qs, u"appAlias"_qs},
-                                                {u"My Folder"_qs, u"folderAlias"_qs},
-                                                {u"a.txt"_qs, u"documentAlias"_qs},
-                                                {u"link"_qs, u"folderAlias"_qs}};
+    const std::pair<const char *, const char *> rows[] = {{"Calculator.app", "appAlias"},
+                                                          {"My Folder", "folderAlias"},
+                                                          {"a.txt", "documentAlias"},
+                                                          {"link", "folderAlias"}};
     for (const auto &[name, kind] : rows) {
-        QVERIFY(
-            platform::writeAliasFile(QFile::encodeName(tile.at(name)), QFile::encodeName(alias), nullptr));
-        for (const QString &direct : {tile.at(name), alias}) {
-            QVERIFY2(links::linkKind(linkTo(direct)) == kind, qPrintable(name));
-            QVERIFY(links::isAlias(linkTo(direct)));
-        }
+        const QString path = tile.at(QLatin1String(name));
+        QVERIFY(platform::writeAliasFile(QFile::encodeName(path), QFile::encodeName(alias), nullptr));
+        for (const TileMenuItem &link : {linkTo(path), linkTo(alias)})
+            QVERIFY2(links::linkKind(link) == QLatin1String(kind) && links::isAlias(link), name);
     }
     support::RecordingLinkOpener opener;
     links::openLink(linkTo(alias), opener);
-    QCOMPARE(opener.files, QStringList{alias});
-    QCOMPARE(opener.addresses, QStringList());
+    QVERIFY(opener.files == QStringList{alias} && opener.addresses.isEmpty());
 }
 
 void TestLinkKind::look()
@@ -91,8 +87,7 @@ void TestLinkKind::look()
     const std::tuple<QString, QString, QColor> rows[] = {{u"smb"_qs, u"server.rack"_qs, orange},
                                                          {u"wss"_qs, none, blue},
                                                          {u"ssh"_qs, u"apple.terminal"_qs, blue},
-                                                         {u"Https"_qs, none, orange},
-                                                         {QString(), none, orange}};
+                                                         {u"Https"_qs, none, orange}};
     for (const auto &[kind, symbol, tint] : rows) {
         QVERIFY2(links::symbolOfKind(kind) == symbol, qPrintable(kind));
         QVERIFY2(links::tintOfKind(kind) == tint, qPrintable(kind));
