@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "model/settingsdata.h"
+#include "model/settingsjson.h"
 #include "platform/files.h"
 #include "support/program.h"
 
@@ -41,16 +43,13 @@ private:
 void TestAccessibility::initTestCase()
 {
     QVERIFY2(m_desktop.isUp(), qPrintable(m_desktop.problem()));
-    const QString settings =
-        QStringLiteral(R"({"currentTheme":"2024","availableThemes":["2024"],"showsDate":false,
-        "direction":"ltr","appIcon":"Default","tileItems":[{"id":"00000000-0000-0000-0000-000000000001",
-        "iconName":"default","tileName":"Pond","tileDirectory":"file://%2/","showsScratchpad":true,
-        "scratchpadText":"","tileMenuItems":[{"id":"00000000-0000-0000-0000-000000000002",
-        "itemString":"%1","itemName":"Frogs"},{"id":"00000000-0000-0000-0000-000000000003",
-        "itemString":"%1","itemName":"Toads"}]}]})")
-            .arg(address, m_desktop.home());
+    const QList<TileMenuItem> links = {{QUuid::createUuid(), address, u"Frogs"_qs},
+                                       {QUuid::createUuid(), address, u"Toads"_qs}};
+    SettingsData settings;
+    settings.tileItems.append(
+        {QUuid::createUuid(), u"default"_qs, u"Pond"_qs, u"file://"_qs + m_desktop.home(), true, {}, links});
     QVERIFY(platform::makeFolder(m_desktop.applicationFolder(), nullptr));
-    QVERIFY(platform::writeInPlace(m_desktop.settingsFile(), settings.toUtf8(), nullptr));
+    QVERIFY(platform::writeInPlace(m_desktop.settingsFile(), model::settingsToJson(settings), nullptr));
     m_desktop.recordOpened({u"x-scheme-handler/https"_qs});
     m_desktop.environment().insert(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_qs, u"1"_qs);
     m_program.emplace(m_desktop, QStringLiteral(PW_PROGRAM));

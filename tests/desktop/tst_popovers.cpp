@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "model/settingsdata.h"
+#include "model/settingsjson.h"
 #include "platform/files.h"
 #include "support/program.h"
 
@@ -66,6 +68,7 @@ struct World
         return xdotool(u"getmouselocation --shell"_qs).split('\n').value(3);
     }
     void activate(const Window &window) const { xdotool(u"windowactivate --sync "_qs + window.id); }
+
     Desktop desktop;
     bool isVertical;
     std::optional<Program> program;
@@ -79,31 +82,26 @@ World::World(const DesktopOptions &options, const QString &direction)
     : desktop(options)
     , isVertical(direction == u"ttb")
 {
-    QString tiles;
+    SettingsData settings;
+    settings.direction = direction;
     const QStringList targets[] = {{onlyLink}, links, {}, {onlyLink}};
-    for (int tile = One; tile <= Noted; ++tile) {
-        platform::makeFolder(folderOf(Element(tile)), nullptr);
-        QStringList items;
-        for (const QString &target : targets[tile - One])
-            items +=
-                uR"({"id":"00000000-0000-0000-0001-00000000000%1","itemString":"%2","itemName":"a link"})"_qs
-                    .arg(items.size())
-                    .arg(target);
-        tiles +=
-            uR"(%1{"id":"00000000-0000-0000-0000-00000000000%2","iconName":"default","tileName":"%3",
-            "tileDirectory":"file://%4","showsScratchpad":%5,"scratchpadText":"","tileMenuItems":[%6]})"_qs
-                .arg(tiles.isEmpty() ? QString() : u","_qs, QString::number(tile), names.at(tile),
-                     folderOf(Element(tile)), tile == Noted ? u"true"_qs : u"false"_qs, items.join(u','));
+    for (const Element element : {One, Many, Empty, Noted}) {
+        platform::makeFolder(folderOf(element), nullptr);
+        QList<TileMenuItem> items;
+        for (const QString &target : targets[element - One])
+            items.append({QUuid::createUuid(), target, u"a link"_qs});
+        settings.tileItems.append({QUuid::createUuid(),
+                                   u"default"_qs,
+                                   names.at(element),
+                                   u"file://"_qs + folderOf(element),
+                                   element == Noted,
+                                   {},
+                                   items});
     }
     platform::makeFolder(desktop.applicationFolder(), nullptr);
-    platform::writeInPlace(desktop.settingsFile(),
-                           uR"({"currentTheme":"2024","availableThemes":["2024"],"showsDate":false,
-            "direction":"%1","appIcon":"Default","tileItems":[%2]})"_qs.arg(direction, tiles)
-                               .toUtf8(),
-                           nullptr);
+    platform::writeInPlace(desktop.settingsFile(), model::settingsToJson(settings), nullptr);
     desktop.recordOpened({u"x-scheme-handler/tel"_qs, u"x-scheme-handler/https"_qs});
-    other.emplace(desktop, u"xev"_qs,
-                  QStringList{u"-geometry"_qs, u"200x100+1000+400"_qs, u"-name"_qs, u"Other"_qs});
+    other.emplace(desktop, u"xev"_qs, u"-geometry 200x100+1000+400 -name Other"_qs.split(u' '));
     otherWindow = desktop.waitForWindow({u"--name"_qs, u"^Other$"_qs});
     program.emplace(desktop, QStringLiteral(PW_PROGRAM));
     strip = program->waitForWindow();
