@@ -145,7 +145,7 @@ private:
 
 void TestPopovers::init()
 {
-    const char *tag = QTest::currentDataTag();
+    const char *tag = QTest::currentDataTag(); // not every test has one
     const QString manager = QString::fromLatin1(tag ? tag : "openbox");
     m_world = &m_worlds.try_emplace(manager, DesktopOptions{.windowManager = manager}).first->second;
     QVERIFY2(m_world->desktop.isUp(), qPrintable(m_world->desktop.problem()));
@@ -170,9 +170,9 @@ Step clickOn(Element element, int button = 1)
 /// The focus, about which managers differ, decides what is seen of these. Elsewhere openbox will do.
 void TestPopovers::opens_data() const
 {
-    QTest::addColumn<bool>("runs"); // the tag is what does
+    QTest::addColumn<QString>("manager");
     for (const char *manager : {"openbox", "xfwm4 --compositor=off"})
-        QTest::newRow(manager) << true;
+        QTest::newRow(manager) << QString::fromLatin1(manager);
 }
 
 void TestPopovers::opens()

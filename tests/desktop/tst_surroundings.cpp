@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // What a session usually gives a program and sometimes does not.
+#include "platform/files.h"
 #include "support/program.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusVariant>
-#include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QTest>
@@ -42,13 +42,13 @@ private Q_SLOTS:
 void TestSurroundings::stripIsShownAndEnds()
 {
     const QString bus = u"DBUS_SESSION_BUS_ADDRESS"_qs;
-    const QString written = u"New settings file written successfully."_qs;
+    static const QString written = u"New settings file written successfully."_qs;
     const struct
     {
         const char *name;
         QStringList without; // variables
         QStringList before; // the program's path
-        QString line = u"New settings file written successfully."_qs; // that standard output holds
+        QString line = written; // that standard output holds
         QString manager = u"openbox"_qs;
     } rows[] = {
         {"no bus", {bus, u"XDG_RUNTIME_DIR"_qs}, {}},
@@ -68,11 +68,10 @@ void TestSurroundings::stripIsShownAndEnds()
     for (const auto &row : rows) {
         Desktop desktop({.windowManager = row.manager});
         QVERIFY2(desktop.isUp(), qPrintable(desktop.problem()));
-        QDir().mkpath(desktop.applicationFolder().section(u'/', 0, -2));
-        QFile places(desktop.home() + u"/.config/user-dirs.dirs"_qs); // those of nobody without a HOME
-        QVERIFY(places.open(QIODevice::WriteOnly));
-        places.write("XDG_DOCUMENTS_DIR=\"" + desktop.home().toUtf8() + "/Documents\"\n");
-        places.close();
+        const QByteArray documents = desktop.home().toUtf8() + "/Documents"; // those of nobody without a HOME
+        QVERIFY(platform::makeFolder(QString::fromUtf8(documents), nullptr));
+        QVERIFY(platform::writeInPlace(desktop.home() + u"/.config/user-dirs.dirs"_qs,
+                                       "XDG_DOCUMENTS_DIR=\"" + documents + "\"\n", nullptr));
         for (const QString &variable : row.without)
             desktop.environment().remove(variable);
         const QStringList command = row.before + QStringList(QStringLiteral(PW_PROGRAM));
