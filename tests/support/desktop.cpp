@@ -181,10 +181,9 @@ void Desktop::recordOpened(const QStringList &mimeTypes)
     writeText(home() + u"/.local/share/applications/recorder.desktop"_qs,
               u"[Desktop Entry]\nType=Application\nName=Recorder\nExec=%1 %U\nMimeType=%2;\n"_qs.arg(
                   recorder, mimeTypes.join(u';')));
-    QString defaults = u"[Default Applications]\n"_qs;
-    for (const QString &type : mimeTypes)
-        defaults += type + u"=recorder.desktop\n"_qs;
-    writeText(home() + u"/.config/mimeapps.list"_qs, defaults);
+    const QString isDefault = u"=recorder.desktop\n"_qs;
+    writeText(home() + u"/.config/mimeapps.list"_qs,
+              u"[Default Applications]\n"_qs + mimeTypes.join(isDefault) + isDefault);
 }
 
 QStringList Desktop::opened() const

@@ -53,20 +53,19 @@ PrivateDesktop::Launch readLaunch(const QString &path)
 PrivateDesktop::PrivateDesktop()
     : m_environment(QProcessEnvironment::systemEnvironment())
 {
-    const QDir root(m_folder.path());
-    for (const char *name : {"home", "data/applications", "config", "shared", "bin", "records", "nowhere"})
-        root.mkpath(QString::fromLatin1(name));
-    // Content types need the system's table of them, but its programs stay out.
-    QFile::link(QStringLiteral("/usr/share/mime"), path(QStringLiteral("shared/mime")));
     const std::pair<const char *, const char *> folders[] = {{"HOME", "home"},
                                                              {"XDG_DATA_HOME", "data"},
                                                              {"XDG_CONFIG_HOME", "config"},
-                                                             {"XDG_DATA_DIRS", "shared"},
-                                                             {"XDG_CONFIG_DIRS", "nowhere"},
                                                              {"PATH", "bin"},
-                                                             {"PW_RECORDS", "records"}};
-    for (const auto &[name, folder] : folders)
+                                                             {"XDG_CONFIG_DIRS", "nowhere"},
+                                                             {"PW_RECORDS", "records"},
+                                                             {"XDG_DATA_DIRS", "shared"}};
+    for (const auto &[name, folder] : folders) {
+        QDir(m_folder.path()).mkpath(QString::fromLatin1(folder));
         setVariable(QString::fromLatin1(name), path(QString::fromLatin1(folder)));
+    }
+    // Content types need the system's table of them, but its programs stay out.
+    QFile::link(QStringLiteral("/usr/share/mime"), path(QStringLiteral("shared/mime")));
     setVariable(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=/nonexistent"));
     m_environment.remove(QStringLiteral("XDG_CURRENT_DESKTOP"));
 }
