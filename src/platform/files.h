@@ -30,8 +30,8 @@ bool writeInPlace(const QString &path, QByteArrayView bytes, Error *error);
 /// An existing file keeps its permissions; a new one gets `mode` less the process's umask.
 bool writeAtomically(const QString &path, QByteArrayView bytes, Error *error, unsigned mode = 0666);
 
-/// Removes from the folder what processes that were killed in `writeAtomically` have left there. Younger files
-/// than `age` seconds may still be written by another process.
+/// Removes from the folder what processes that were killed in `writeAtomically` have left there. Younger
+/// files than `age` seconds may still be written by another process.
 void removeLeftovers(const QString &folder, qint64 age = 3600);
 
 /// Returns when the file's content will survive a loss of power. Takes as long as the disk does.

@@ -9,8 +9,8 @@ class QRegion;
 /// has no call for. On another window system each function does nothing.
 namespace platform {
 
-/// True under sway, which gives no window that it manages a place of its own, nor keeps it above others. A window
-/// that is to float there takes Qt::BypassWindowManagerHint.
+/// True under sway, which gives no window that it manages a place of its own, nor keeps it above others. A
+/// window that is to float there takes Qt::BypassWindowManagerHint.
 bool mustBypassManager();
 
 /// Puts the window on all desktops and out of task bars and pagers. Called before every mapping: the window
