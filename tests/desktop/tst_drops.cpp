@@ -1,17 +1,23 @@
 // SPDX-License-Identifier: MIT
-// Drags onto the running strip, made message by message, to offer what file managers and browsers do under
-// the names that those use.
+// Drags onto the running strip. Those of a second process are what programs of our toolkit do; the others are
+// made here message by message, to offer what file managers and browsers do under the names that those use.
 #include "platform/aliasfile.h"
 #include "platform/files.h"
 #include "support/program.h"
 
-#include <QFile>
+#include <QDir>
+#include <QDrag>
+#include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QRasterWindow>
 #include <QTest>
 
 #include <array>
+#include <cstdio>
 #include <map>
 
 #include <X11/Xatom.h>
@@ -101,6 +107,42 @@ private:
     std::map<Atom, QByteArray> m_offered;
 };
 
+/// A window that is dragged out of, to be moved. Writes what it is answered, and ends when the data was
+/// taken.
+class ToolkitSource : public QRasterWindow
+{
+    void mouseMoveEvent(QMouseEvent *) override
+    {
+        auto *drag = new QDrag(this);
+        drag->setMimeData(new QMimeData);
+        for (const QString &offer : QCoreApplication::arguments().sliced(2))
+            drag->mimeData()->setData(offer.section(u' ', 0, 0),
+                                      QByteArray::fromPercentEncoding(offer.section(u' ', 1).toLatin1()));
+        connect(drag, &QDrag::actionChanged, [](Qt::DropAction answer) {
+            std::puts(answer == Qt::CopyAction ? "copy" : answer == Qt::MoveAction ? "move" : "none");
+            std::fflush(stdout);
+        });
+        connect(drag, &QObject::destroyed, [] { std::_Exit(EXIT_SUCCESS); });
+        drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction);
+    }
+};
+
+/// Tells what the source was answered.
+QByteArray dragOutOfToolkit(const Desktop &desktop, QPoint place, const Formats &formats)
+{
+    QStringList arguments = {u"--drag"_qs};
+    for (const auto &[format, bytes] : formats)
+        arguments += QString::fromLatin1(format + ' ' + bytes.toPercentEncoding());
+    Program source(desktop, QCoreApplication::applicationFilePath(), arguments);
+    desktop.moveTo(source.waitForWindow().geometry.center());
+    desktop.press();
+    for (const int distance : {300, 5, 0})
+        desktop.moveTo(place - QPoint(0, distance));
+    waitUntil([&] { return source.lines().contains(u"copy"_qs); });
+    desktop.release();
+    return source.waitForExit() == 0 && !source.lines().contains(u"move"_qs) ? "copied" : "not copied";
+}
+
 QByteArray contentOf(const QString &path)
 {
     return platform::readWholeFile(path, nullptr).value_or(QByteArray());
@@ -189,15 +231,33 @@ void TestDrops::dropsMakeLinks()
         {"an image", {{"image/png", "\x89PNG"}}, "", true},
         {"a file after those", asOfFileManager(three), "MyFile -> " + three.first() + '\n'},
     };
-    for (const auto &[name, formats, links, isRefused] : rows) {
-        const QByteArray answer = Source(desktop, formats).drag(strip, tile);
-        QVERIFY2(answer == (isRefused ? "refused" : "copied"), (name + ' ' + answer).constData());
-        expected += links;
-        QTRY_COMPARE(linksIn(desktop.settingsFile()), expected);
+    for (const bool isToolkit : {false, true}) {
+        for (const auto &[name, formats, links, isRefused] : rows) {
+            if (isToolkit && isRefused)
+                continue; // it would wait for a place to drop at
+            const QByteArray answer = isToolkit ? dragOutOfToolkit(desktop, tile, formats)
+                                                : Source(desktop, formats).drag(strip, tile);
+            QVERIFY2(answer == (isRefused ? "refused" : "copied"), (name + ' ' + answer).constData());
+            expected += links;
+            QTRY_COMPARE(linksIn(desktop.settingsFile()), expected);
+        }
     }
     for (const QByteArray &path : three)
         QVERIFY(QFile::exists(QFile::decodeName(path)));
 }
 
-QTEST_GUILESS_MAIN(TestDrops)
+int main(int argc, char **argv)
+{
+    if (argc > 1 && QByteArrayView(argv[1]) == "--drag") {
+        const QGuiApplication application(argc, argv);
+        ToolkitSource source;
+        source.setGeometry(600, 300, 200, 200);
+        source.show();
+        return QGuiApplication::exec();
+    }
+    QCoreApplication application(argc, argv);
+    TestDrops test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_drops.moc"
