@@ -46,6 +46,8 @@ void AppDelegate::applicationDidFinishLaunching()
     m_strip.show();
     QTimer::singleShot(0, this, [this] {
         updateShape();
+        // On a screen of another scale the window has as many pixels as before, and not its size.
+        connect(m_strip.windowHandle(), &QWindow::screenChanged, &m_returnTimer, qOverload<>(&QTimer::start));
         connect(&m_strip, &ContentView::shapeChanged, this, &AppDelegate::updateShape);
         m_managerWatcher.emplace([this] {
             if (platform::mustBypassManager())
@@ -119,6 +121,10 @@ void AppDelegate::fitWindow()
         return;
     if (m_isHome) {
         placeAt(screen->geometry().bottomLeft(), screen->geometry());
+        return;
+    }
+    if (platform::isPointerPressed()) { // it is being dragged
+        m_returnTimer.start();
         return;
     }
     const QPoint corner = m_strip.geometry().bottomLeft();

@@ -236,7 +236,8 @@ void TestStripWindow::popoverShowsAllRowsAtEachScale()
     }
 }
 
-/// A drag under openbox was undone by the next change of screens.
+/// A drag under openbox was undone by the next change of screens, and cut the strip off on a screen of
+/// another scale.
 void TestStripWindow::staysOnTheScreen()
 {
     World world(u"openbox"_qs);
@@ -269,8 +270,13 @@ void TestStripWindow::staysOnTheScreen()
     xrandr(u"--setmonitor left 640/160x800/200+0+0 screen"_qs);
     xrandr(u"--setmonitor right 640/160x800/200+640+0 none"_qs);
     QTRY_COMPARE(world.stripGeometry().width(), 640);
-    QVERIFY(world.drag(world.stripGeometry().topLeft() + firstTile, {640, -50}));
+    world.desktop.environment().insert(u"QT_SCREEN_SCALE_FACTORS"_qs, u"1;2"_qs);
+    world.program.reset();
+    world.program.emplace(world.desktop, QStringLiteral(PW_PROGRAM));
+    QTRY_COMPARE(world.stripGeometry().width(), 640);
+    QVERIFY(world.drag(world.stripGeometry().topLeft() + firstTile, {700, -50}));
     QTRY_VERIFY(world.stripGeometry().left() > 500);
+    QTRY_COMPARE(world.stripGeometry().size(), QSize(640, 88));
     xrandr(u"--delmonitor right"_qs);
     QTRY_VERIFY(QRect(0, 0, 640, 800).contains(world.stripGeometry()));
 }
