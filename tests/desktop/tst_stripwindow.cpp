@@ -156,14 +156,22 @@ void TestStripWindow::holdsUnder()
     desktop.key(u"Escape"_qs);
     QTRY_VERIFY(desktop.windows(popover).isEmpty());
 
-    // Full-screen and with the focus.
+    // Full-screen and with the focus. A manager may be late to take its state from a window that is unmapped.
     const QString below = world.belowWindow.id;
-    desktop.xdotool({u"windowunmap"_qs, u"--sync"_qs, below});
-    desktop.run(
-        u"xprop"_qs,
-        u"-id %1 -f _NET_WM_STATE 32a -set _NET_WM_STATE _NET_WM_STATE_FULLSCREEN"_qs.arg(below).split(u' '));
-    desktop.xdotool({u"windowmap"_qs, u"--sync"_qs, below, u"windowactivate"_qs, below});
-    QTRY_COMPARE(desktop.windows({u"--name"_qs, u"^Below$"_qs}).value(0).geometry, QRect(0, 0, 1280, 800));
+    QVERIFY(waitUntil([&] {
+        desktop.xdotool({u"windowunmap"_qs, u"--sync"_qs, below});
+        desktop.run(
+            u"xprop"_qs,
+            u"-id %1 -f _NET_WM_STATE 32a -set _NET_WM_STATE _NET_WM_STATE_FULLSCREEN"_qs.arg(below).split(
+                u' '));
+        desktop.xdotool({u"windowmap"_qs, u"--sync"_qs, below, u"windowactivate"_qs, below});
+        return QTest::qWaitFor(
+            [&] {
+                return desktop.windows({u"--name"_qs, u"^Below$"_qs}).value(0).geometry
+                    == QRect(0, 0, 1280, 800);
+            },
+            2000);
+    }));
     QTRY_COMPARE(world.isBelowUnderStrip(), yieldsToFullScreen);
     world.below.reset();
 
