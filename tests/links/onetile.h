@@ -3,10 +3,9 @@
 
 #include "model/settingsstore.h"
 #include "model/tiles.h"
+#include "support/files.h"
 #include "support/stdoutcapture.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -32,14 +31,9 @@ struct OneTile
     /// Whether the settings were saved since the last call.
     bool saved() { return QFile::remove(model::settingsFileURL(config)); }
     QString at(const QString &name) const { return root.filePath(name); }
-    /// The path of a new file, or of a new folder where the name ends in a slash.
     QString make(const QString &name, const QByteArray &bytes = {}) const
     {
-        QDir().mkpath(at(name.section(u'/', 0, -2)));
-        QFile file(at(name));
-        if (!name.endsWith(u'/') && (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()))
-            qFatal("cannot make %s", qPrintable(name));
-        return at(name);
+        return support::make(at(name), bytes);
     }
 
     const QTemporaryDir root;

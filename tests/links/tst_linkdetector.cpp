@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "slowlinkdetector.h"
-
+#include "links/linkdetector.h"
+#include "links/topleveldomains.h"
 #include "platform/uri.h"
 
 #include <QFile>
@@ -17,7 +17,7 @@ class TestLinkDetector : public QObject
 private Q_SLOTS:
     void labelledTexts();
     void topLevelDomainsAreThoseOfTheList();
-    void findsWhatTheSlowDetectorFinds();
+    void findsTheSameAnywhere();
 };
 
 static QByteArrayList addressesIn(const std::string &text)
@@ -53,15 +53,14 @@ void TestLinkDetector::labelledTexts()
 void TestLinkDetector::topLevelDomainsAreThoseOfTheList()
 {
     const auto isKnown = [](const std::string &label) {
-        constexpr int type = PSL_TYPE_ICANN | PSL_TYPE_NO_STAR_RULE;
         const auto isSuffix = [&label](const char *below) { // some have rules only for what lies below them
-            return psl_is_public_suffix2(psl_builtin(), (below + label).c_str(), type) != 0;
+            return psl_is_public_suffix2(psl_builtin(), (below + label).c_str(),
+                                         PSL_TYPE_ICANN | PSL_TYPE_NO_STAR_RULE)
+                != 0;
         };
         return isSuffix("") || isSuffix("x.") || isSuffix("co.");
     };
-    std::vector<std::string> labels = {"museum", "travel",   "photography",      "рф",
-                                       "みんな", "xn--p1ai", "xn--q9jyb4c",      "invalid",
-                                       "локал",  "xn--zz",   "vermögensberatung"};
+    std::vector<std::string> labels = {"museum", "рф", "みんな", "xn--p1ai", "invalid", "локал", "xn--zz"};
     for (int i = 0; i < 27 * 26 * 26; ++i) { // all of two and three letters
         labels.push_back({char('a' + i / 26 % 26), char('a' + i % 26)});
         if (i >= 26 * 26)
@@ -69,55 +68,41 @@ void TestLinkDetector::topLevelDomainsAreThoseOfTheList()
     }
     for (const std::string &label : labels)
         QVERIFY2(links::isTopLevelDomain(label) == isKnown(label), label.c_str());
-    QVERIFY(links::isTopLevelDomain("ORG"));
     for (const char *other : {"", "o", "org.", "a-long-label-that-is-longer-than-all-of-them-by-far"})
         QVERIFY(!links::isTopLevelDomain(other));
 }
 
-void TestLinkDetector::findsWhatTheSlowDetectorFinds()
+/// Vectors, blocks and a short cut for plain addresses, which the beginning of a text does not take, must not
+/// show: blanks around a text move its links and change none.
+void TestLinkDetector::findsTheSameAnywhere()
 {
-    QByteArrayList bytes;
-    for (int byte = 0; byte < 256; ++byte)
-        bytes.append(QByteArray(1, char(byte)));
-    QList<std::pair<QByteArrayList, int>> texts = {
-        {QByteArray(
-             "http:// https:// http www. com org .com a b.c @ : / . - _ ? # & ; ( ) [ ] ' 1 127.0.0.1 "
-             ":80 user: , | * ~ % %41 mailto: tel: +49 geo: sms: 12 maps: ?q= xmpp: ftp:// git+ a:// // = "
-             "\" < > \\ javascript: data: &quot; &amp; &lt; [::1] [/ zip name this. this com. .uk co { } ! "
-             "^ ` $ \xC3\xA9 \xE8\x8C\xB6 \xE2\x86\x92 \xE3\x80\x82 \xF0\x9F\x8D\xB5 \x80 \xE8 "
-             "\xD1\x80\xD1\x84 W.ORG .Org x.example.org/path/to/a/longer/place.html?that=goes&beyond=64")
-             .split(' '),
-         40},
-        {QByteArray(
-             "http://a.org |www.b.de| |\n|. |, |) |(|x|me@c.co.uk|:|tel:112|e.g.|1.5|v1.2|f.py|'|\"|&lt;|"
-             "/|?|#| ")
-             .split('|'),
-         60},
-        {QByteArray(
-             "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa . - @ .com : :// http:// / ; "
-             "\xE8\x8C\xB6 \xE8\x8C\xB6\xE8\x8C\xB6\xE8\x8C\xB6\xE8\x8C\xB6")
-             .split(' '),
-         30},
-        {bytes, 200}};
-    for (const char *unit : {"(", "a.", "@", "a@", "http://", "www.", "://", "a.com/(", "a.com,", "'a.com",
-                             "&a;", "x@y.de", "1.2"})
-        texts.append({{unit}, 500});
+    const QByteArrayList pieces =
+        QByteArray(
+            "http:// https:// www. com org .com a b.c @ : / . - _ ? # & ; ( ) [ ] ' 1 127.0.0.1 :80 , "
+            "* ~ %41 mailto: tel: +49 geo: maps: ?q= ftp:// git+ // = \" < > &quot; &amp; [::1] name "
+            "this. .uk { } ! | ^ \n \xC3\xA9 \xE8\x8C\xB6 \xE3\x80\x82 \x80 \xE8 \xD1\x80\xD1\x84 .Org "
+            "http://a.org me@c.co.uk x.example.org/path/to/a/longer/place.html?that=goes&beyond=64 "
+            "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa"
+            "aaa")
+            .split(' ');
     std::mt19937 random(42);
-    for (const auto &[pieces, longest] : texts) {
-        for (int round = 0; round < (pieces.size() == 1 ? 20 : 2000); ++round) {
-            std::string text;
-            for (int n = int(random() % unsigned(longest)); n >= 0; --n)
-                text += pieces[qsizetype(random() % size_t(pieces.size()))].toStdString();
-            const QByteArrayList addresses = addressesIn(text);
-            if (links::findLinks(text) != SlowLinkDetector(text).find())
-                QFAIL((addresses.join(' ') + " in " + QByteArray::fromStdString(text).toPercentEncoding())
-                          .constData());
-            for (const QByteArray &address : addresses) {
-                const auto uri = platform::parseUriReference(QString::fromLatin1(address));
-                QVERIFY2(uri && !uri->scheme.isEmpty(), address.constData());
-                QCOMPARE(QByteArray::fromStdString(std::string(links::addressHost(address.toStdString()))),
-                         uri->host.toLatin1());
-            }
+    for (int round = 0; round < 8000; ++round) {
+        std::string text = round % 2 == 0 ? "http://" : "";
+        for (unsigned n = random() % 20; n > 0; --n)
+            text += round % 8 == 0 ? std::string(1, char(random()))
+                                   : pieces[qsizetype(random() % size_t(pieces.size()))].toStdString();
+        const std::size_t before = random() % 100;
+        const std::string moved = std::string(before, ' ') + text + std::string(random() % 100, ' ');
+        std::vector<links::Link> expected = links::findLinks(text);
+        for (links::Link &link : expected)
+            link.begin += before;
+        QVERIFY2(links::findLinks(moved) == expected,
+                 QByteArray::fromStdString(moved).toPercentEncoding().constData());
+        for (const QByteArray &address : addressesIn(text)) {
+            const auto uri = platform::parseUriReference(QString::fromLatin1(address));
+            QVERIFY2(uri && !uri->scheme.isEmpty(), address.constData());
+            QCOMPARE(QString::fromStdString(std::string(links::addressHost(address.toStdString()))),
+                     uri->host);
         }
     }
 }
