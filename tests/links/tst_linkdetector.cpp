@@ -79,7 +79,8 @@ void TestLinkDetector::findsTheSameAnywhere()
     const QByteArrayList pieces =
         QByteArray(
             "http:// https:// www. com org .com a b.c @ : / . - _ ? # & ; ( ) [ ] ' 1 127.0.0.1 :80 , "
-            "* ~ %41 mailto: tel: +49 geo: maps: ?q= ftp:// git+ // = \" < > &quot; &amp; [::1] name "
+            "* ~ %41 mailto: tel: +49 geo: maps: ?q= ftp:// git+ // = \" < > &quot; &amp; &apos; -. [::1] "
+            "name "
             "this. .uk { } ! | ^ \n \xC3\xA9 \xE8\x8C\xB6 \xE3\x80\x82 \x80 \xE8 \xD1\x80\xD1\x84 .Org "
             "http://a.org me@c.co.uk x.example.org/path/to/a/longer/place.html?that=goes&beyond=64 "
             "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa"

@@ -9,16 +9,6 @@ class TestConfig : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void oldValueStandsBeforeAChange()
-    {
-        Config config{{}, {}};
-        QStringList seen;
-        connect(&config, &Config::willChange, this, [&] { seen += config.direction(); });
-        connect(&config, &Config::directionChanged, this, [&] { seen += config.direction(); });
-        config.setDirection(u"ttb"_qs);
-        QCOMPARE(seen, QStringList({u"ltr"_qs, u"ttb"_qs}));
-    }
-
     void manyChangesMakeOneRedraw()
     {
         Config config{{}, {}};

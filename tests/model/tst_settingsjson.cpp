@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "model/settingsjson.h"
-#include "platform/files.h"
+#include "support/files.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -13,7 +13,7 @@ namespace {
 
 QByteArray dataFile(const char *name)
 {
-    return *platform::readWholeFile(QStringLiteral(PW_TEST_DATA "/settings/") + QLatin1String(name), nullptr);
+    return support::bytesOf(QStringLiteral(PW_TEST_DATA "/settings/") + QLatin1String(name));
 }
 
 /// The records of a text, or the sentence that says why there are none.
@@ -95,21 +95,10 @@ private Q_SLOTS:
 
     void handMadeFileLoads()
     {
+        // What was left out, escaped or in another order is all there when it is saved.
         const auto data = read(dataFile("handmade.json"));
         QVERIFY(data);
-        QCOMPARE(data->currentTheme, u"Δ"_qs);
-        QCOMPARE(data->availableThemes, QStringList());
-        const TileItem expected = {QUuid::fromString(u"7C1D2E3F-4A5B-4C6D-8E9F-0A1B2C3D4E5F"),
-                                   u"default"_qs,
-                                   u"first"_qs,
-                                   u"file:///tmp/Tile-1/"_qs,
-                                   true,
-                                   u"🙂\n"_qs,
-                                   {{QUuid::fromString(u"9F8E7D6C-5B4A-4392-81A2-6A5B4C3D2E1F"),
-                                     u"maps://?q=pizza"_qs, u"Pizza"_qs}},
-                                   false};
-        QCOMPARE(data->tileItems, QList<TileItem>{expected});
-        QVERIFY(model::settingsToJson(*data).contains("\"id\" : \"9F8E7D6C-5B4A-4392-81A2-6A5B4C3D2E1F\""));
+        QCOMPARE(model::settingsToJson(*data), dataFile("handmade-saved.json"));
     }
 
     void everyMemberIsRequiredWithItsType()
