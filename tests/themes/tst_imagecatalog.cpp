@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "coloursof.h"
 
-#include "model/settingsdata.h"
 #include "themes/imagecatalog.h"
 #include "themes/palette.h"
 #include "themes/symbolimage.h"
@@ -35,19 +34,6 @@ private Q_SLOTS:
         for (const char16_t *name : {u"", u"1984-", u"1984-app-red", u"2010-preview", u"2024-../2024-tile",
                                      u"calendar-0", u"calendar-07", u"calendar-32", u"2024-Tile"})
             QVERIFY2(builtInImage(QString::fromUtf16(name)).isNull(), qPrintable(QString::fromUtf16(name)));
-    }
-
-    void picturesOfAThemeDiffer()
-    {
-        for (const QString &theme : SettingsData().availableThemes) {
-            QList<QImage> seen;
-            for (const QString &name : builtInIconNames(theme) + chromeElementNames()) {
-                const QImage image = drawBuiltInImage(theme + u'-' + name, 1);
-                // The vertical tile may be the same as the horizontal one.
-                QVERIFY2(name == u"tile-vertical" || !seen.contains(image), qPrintable(name));
-                seen.append(image);
-            }
-        }
     }
 
     void symbolsTakeTheTint()

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/files.h"
+#include "support/files.h"
 #include "themes/imagecache.h"
 #include "themes/imagefile.h"
 
@@ -170,11 +170,11 @@ private Q_SLOTS:
         QVERIFY(cached({}, {1, 2, 3, 5}).isNull());
         QVERIFY(cached({}, oldFile, 1).isNull());
 
-        const QByteArray bytes = platform::readWholeFile(saved, nullptr).value_or(QByteArray());
+        const QByteArray bytes = support::bytesOf(saved);
         for (const QByteArray &damaged :
              {QByteArray(), QByteArray(5000, 'x'), bytes.chopped(16), bytes.left(40),
               QByteArray(bytes).replace(90, 1, "?"), QByteArray(bytes).replace(bytes.size() - 20, 1, "?")}) {
-            QVERIFY(platform::writeInPlace(saved, damaged, nullptr));
+            support::make(saved, damaged);
             clearImageCache();
             QVERIFY2(cached().isNull() && outlivesTheProgram(), damaged.right(30).toHex().constData());
         }
@@ -189,8 +189,7 @@ private:
 
     QImage reading(const QByteArray &bytes, qreal scale = 1) const
     {
-        platform::writeInPlace(path(), bytes, nullptr);
-        return imageFromFile(path(), scale);
+        return imageFromFile(support::make(path(), bytes), scale);
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;

@@ -2,14 +2,13 @@
 #include "coloursof.h"
 
 #include "model/config.h"
-#include "platform/files.h"
+#include "support/files.h"
 #include "support/stdoutcapture.h"
 #include "themes/iconstore.h"
 #include "themes/imagecatalog.h"
 #include "themes/symbolimage.h"
 #include "themes/themestore.h"
 
-#include <QDir>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QTemporaryDir>
@@ -42,7 +41,7 @@ private Q_SLOTS:
     void everyThemeIsInstalled()
     {
         QCOMPARE(installation(), QStringList());
-        QCOMPARE(filesIn(QString()), m_config->availableThemes());
+        QCOMPARE(support::namesIn(themes()), m_config->availableThemes());
         for (const QString &theme : m_config->availableThemes()) {
             m_config->setCurrentTheme(theme);
             for (const QString &name : builtInIconNames(theme))
@@ -50,19 +49,12 @@ private Q_SLOTS:
                          qPrintable(theme + name));
             QCOMPARE(tileImage(*m_config, 2), drawBuiltInImage(theme + u"-tile"_qs, 2));
         }
-        const auto bytes = platform::readWholeFile(file(u"2010/Icons/folder-violet.png"_qs), nullptr);
-        QVERIFY(bytes && bytes->startsWith(QByteArrayView("II*\0", 4)));
-
-        // What stands there then is the user's.
-        QVERIFY(QDir(file(u"2010"_qs)).removeRecursively());
-        QCOMPARE(installation(), QStringList());
-        QVERIFY(!QFile::exists(file(u"2010"_qs)));
     }
 
     void installationGoesOnAfterFailuresButNotAfterAnUnknownTheme()
     {
         // A dangling link does not exist, and no folder can be made in its place.
-        QVERIFY(QDir().mkpath(QFileInfo(themes()).path()));
+        support::make(themes().section(u'/', 0, -2) + u'/');
         QVERIFY(QFile::link(u"nowhere/at all"_qs, themes()));
         const QStringList lines = installation();
         QVERIFY(lines.size() == 1 && lines.first().contains(u"Themes"));
@@ -73,7 +65,7 @@ private Q_SLOTS:
         const QStringList reports = installation();
         QVERIFY2(reports.size() == 2 && reports.last() == u"Image not found.",
                  qPrintable(reports.join(u' ')));
-        QCOMPARE(filesIn(QString()), QStringList({u"1988"_qs, u"mine"_qs}));
+        QCOMPARE(support::namesIn(themes()), QStringList({u"1988"_qs, u"mine"_qs}));
     }
 
     void elementsFallBack()
@@ -161,16 +153,7 @@ private:
     QString themes() const { return m_documents->filePath(u"pondWicket ƒ/Themes"_qs); }
     QString file(const QString &name) const { return themes() + u'/' + name; }
 
-    QStringList filesIn(const QString &folder) const
-    {
-        return QDir(file(folder)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name);
-    }
-
-    void put(const QString &name, const QByteArray &bytes = "x") const
-    {
-        QVERIFY(QDir().mkpath(QFileInfo(file(name)).path()));
-        QVERIFY(platform::writeInPlace(file(name), bytes, nullptr));
-    }
+    void put(const QString &name, const QByteArray &bytes = "x") const { support::make(file(name), bytes); }
 
     static QStringList reportsOf(const std::function<void()> &deed)
     {
