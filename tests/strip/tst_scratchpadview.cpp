@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "platform/files.h"
 #include "strip/scratchpadview.h"
+#include "support/files.h"
 #include "support/stdoutcapture.h"
 #include "support/stripworld.h"
 
-#include <QDir>
 #include <QPlainTextEdit>
 #include <QTest>
 
@@ -18,7 +17,7 @@ private Q_SLOTS:
         m_pad.reset();
         m_world.emplace();
         m_tile = m_world->addTile(u"a"_qs, {});
-        QDir(m_world->folder.path()).mkdir(u"tile-a"_qs);
+        support::make(m_world->folder.filePath(u"tile-a/"_qs));
     }
 
     void firstShowingMakesTheFile()
@@ -34,7 +33,7 @@ private Q_SLOTS:
     void keepsWhatItLoads()
     {
         for (const QByteArray &bytes : QByteArrayList{"1\u00A0m\n", "a\r\nb", "\uFEFFa", "\uFEFF\uFEFFa"}) {
-            QVERIFY(platform::writeInPlace(path(), bytes, nullptr));
+            support::make(path(), bytes);
             QPlainTextEdit *editor = show();
             QCOMPARE(notes(), bytes);
             editor->moveCursor(QTextCursor::End);
@@ -48,7 +47,7 @@ private Q_SLOTS:
 
     void failuresAreReported()
     {
-        QVERIFY(platform::writeInPlace(path(), "\xFF\xFE", nullptr));
+        support::make(path(), "\xFF\xFE");
         StdoutCapture output;
         QCOMPARE(show()->toPlainText(), QString());
         QCOMPARE(output.lines().size(), 1);
@@ -69,7 +68,7 @@ private:
     }
 
     QString path() const { return m_world->folder.filePath(u"tile-a/Notes.txt"_qs); }
-    QByteArray notes() const { return platform::readWholeFile(path(), nullptr).value_or("(no file)"); }
+    QByteArray notes() const { return support::bytesOf(path()); }
 
     std::optional<support::StripWorld> m_world;
     TileItem m_tile;

@@ -4,10 +4,8 @@
 #include "strip/tilemenu.h"
 #include "support/stdoutcapture.h"
 
-#include <QDropEvent>
 #include <QLabel>
 #include <QMenu>
-#include <QMimeData>
 #include <QToolButton>
 
 namespace {
@@ -131,21 +129,6 @@ private Q_SLOTS:
         action(fixture, u"Add application or file…"_qs)->trigger();
         QTRY_COMPARE(fixture.filePanel.titles, QStringList{u"Link application or file"_qs});
         QVERIFY(fixture.config.tileItems().isEmpty() && !fixture.tile());
-    }
-
-    void takesWhatIsDropped()
-    {
-        StripFixture fixture(1);
-        fixture.show();
-        QMimeData data;
-        data.setText(u"see https://example.org/x"_qs);
-        QDragEnterEvent enter({22, 22}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(fixture.tile(), &enter);
-        QVERIFY(enter.isAccepted());
-        QDropEvent drop({22, 22}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(fixture.tile(), &drop);
-        QCOMPARE(drop.dropAction(), Qt::CopyAction);
-        QTRY_COMPARE(fixture.config.tileItems().first().tileMenuItems.size(), 1);
     }
 };
 

@@ -23,25 +23,17 @@ class TestImageButton : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void centresAndClips_data()
-    {
-        QTest::addColumn<QSize>("iconSize"); // points; the button has 44 by 44
-        QTest::addColumn<qreal>("scale");
-        QTest::addColumn<QRect>("iconPixels");
-        QTest::newRow("centred at 2") << QSize(32, 32) << 2.0 << QRect(12, 12, 64, 64);
-        QTest::newRow("larger than the button") << QSize(60, 60) << 1.0 << QRect(0, 0, 44, 44);
-        QTest::newRow("as large at 1.25") << QSize(44, 44) << 1.25 << QRect(0, 0, 55, 55);
-    }
-
     void centresAndClips()
     {
-        QFETCH(QSize, iconSize);
-        QFETCH(qreal, scale);
+        using Row = std::tuple<int, qreal, QRect>; // the icon's side in points, the scale, its pixels
         const QSize size(44, 44);
-        const QImage drawn =
-            composeLook({{}, square(iconSize, 2, Qt::red), {}}, size, (QSizeF(size) * scale).toSize(), scale)
-                .toImage();
-        QTEST(QRegion(QBitmap::fromImage(drawn.createAlphaMask())).boundingRect(), "iconPixels");
+        for (const auto &[side, scale, pixels] :
+             {Row(32, 2, {12, 12, 64, 64}), Row(60, 1, {0, 0, 44, 44}), Row(44, 1.25, {0, 0, 55, 55})}) {
+            const QImage drawn = composeLook({{}, square({side, side}, 2, Qt::red), {}}, size,
+                                             (QSizeF(size) * scale).toSize(), scale)
+                                     .toImage();
+            QCOMPARE(QRegion(QBitmap::fromImage(drawn.createAlphaMask())).boundingRect(), pixels);
+        }
     }
 
     /// At 1.25 the far cap of the strip covers 17 pixels where its picture has 17.5: drawn with 18, its rim
