@@ -44,8 +44,11 @@ void TestLinkDetector::labelledTexts()
                                     .replace('\\', "")
                                     .replace('\1', '\\');
         ++cases;
-        if (const QByteArrayList found = addressesIn(text.toStdString()); found != expected)
-            QFAIL((line + " gave " + found.join(' ')).constData());
+        for (const QByteArray &around :
+             {QByteArray(), QByteArray(99, ' ')}) { // for one byte and for many at once
+            const QByteArrayList found = addressesIn((around + text + around).toStdString());
+            QVERIFY2(found == expected, (line + " gave " + found.join(' ')).constData());
+        }
     }
     QVERIFY(cases >= 400);
 }

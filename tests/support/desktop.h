@@ -64,6 +64,17 @@ public:
 
     /// The mapped windows that match xdotool's search terms ("--name", "^pondWicket$").
     QList<Window> windows(const QStringList &terms) const;
+    Window windowNamed(const QString &name) const
+    {
+        return windows({u"--name"_qs, u'^' + name + u'$'}).value(0);
+    }
+    /// What stands at a place, in words that are to be compared only.
+    QByteArray windowAt(QPoint place) const
+    {
+        moveTo(place);
+        return xdotool({u"getmouselocation"_qs, u"--shell"_qs}).split('\n').value(3);
+    }
+    void activate(const Window &window) const { xdotool({u"windowactivate"_qs, u"--sync"_qs, window.id}); }
     /// The first of them, waited for; a null one when none comes.
     Window waitForWindow(const QStringList &terms) const;
     /// A property's value in xprop's words ("_NET_WM_STATE_ABOVE"); empty when it is not set.
