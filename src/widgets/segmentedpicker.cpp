@@ -128,6 +128,9 @@ void SegmentedPicker::setOptions(const QStringList &texts)
             Q_EMIT activated(int(m_segments.indexOf(segment)));
         });
         layout()->addWidget(segment);
+        // The Tab key would come to it last, after all that was made before it.
+        QWidget *before = m_segments.isEmpty() ? this : static_cast<QWidget *>(m_segments.last());
+        setTabOrder(before, segment);
         m_segments.append(segment);
     }
     for (qsizetype i = 0; i < texts.size(); ++i)

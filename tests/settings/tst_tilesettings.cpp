@@ -137,11 +137,15 @@ private Q_SLOTS:
         fixture.setLinks({u"https://a"_qs, QDir::homePath()}); // the second one is an alias
         fixture.window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(fixture.window.get()));
-        fixture.find("Tile name").setFocus();
         const auto press = [](Qt::Key key) {
             QTest::keyClick(QApplication::focusWidget(), key);
             QCoreApplication::processEvents();
         };
+        // The segments came after everything else.
+        fixture.find("Add tile").setFocus();
+        press(Qt::Key_Backtab);
+        QCOMPARE(QApplication::focusWidget()->parentWidget(), &fixture.find("Tile segments"));
+        fixture.find("Tile name").setFocus();
         using Step = std::tuple<Qt::Key, int, int, bool>; // to a row and column, which is edited or not
         for (const auto &[key, row, column, isEdited] :
              {Step{Qt::Key_Tab, 0, Links::NameColumn, true}, Step{Qt::Key_Tab, 0, Links::AddressColumn, true},
