@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/aliassearch.h"
 
+#include "platform/background.h"
 #include "platform/foldersearch.h"
 
 #include <QHash>
@@ -8,7 +9,6 @@
 #include <algorithm>
 #include <condition_variable>
 #include <mutex>
-#include <thread>
 
 namespace platform {
 
@@ -204,7 +204,10 @@ void AliasSearch::start(const AliasRecord &record)
     m_state->asked.append(record);
     if (std::exchange(m_state->isWorking, true))
         return;
-    std::thread([state = m_state] { state->work(); }).detach();
+    if (!startThread([state = m_state] { state->work(); })) {
+        m_state->asked.clear();
+        m_state->isWorking = false;
+    }
 }
 
 std::optional<AliasSearch::Answer> AliasSearch::answer(const AliasRecord &record) const

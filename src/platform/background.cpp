@@ -51,6 +51,16 @@ void waitForBackground()
     QCoreApplication::sendPostedEvents(QCoreApplication::instance(), QEvent::MetaCall);
 }
 
+bool startThread(std::function<void()> work)
+{
+    try {
+        std::thread(std::move(work)).detach();
+        return true;
+    } catch (const std::system_error &) {
+        return false;
+    }
+}
+
 bool runInBackground(std::function<void()> work)
 {
     {
@@ -60,17 +70,14 @@ bool runInBackground(std::function<void()> work)
             qAddPostRoutine(waitForBackground);
         pending().watchesExit = true;
     }
-    try {
-        std::thread([work = std::move(work)]() mutable {
-            work();
-            work = nullptr; // what it holds goes before the end is told
-            countDown();
-        }).detach();
-    } catch (const std::system_error &) {
+    const bool isStarted = startThread([work = std::move(work)]() mutable {
+        work();
+        work = nullptr; // what it holds goes before the end is told
         countDown();
-        return false;
-    }
-    return true;
+    });
+    if (!isStarted)
+        countDown();
+    return isStarted;
 }
 
 void runOnInterfaceThread(std::function<void()> call)

@@ -2,13 +2,13 @@
 #include "platform/mounttable.h"
 
 #include "platform/aliasfile.h"
+#include "platform/background.h"
 
 #include <algorithm>
 #include <array>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
-#include <thread>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -148,15 +148,16 @@ bool MountTable::answers(const Mount &mount, const QByteArray &path)
         }
         running.insert(mount.place, trial);
     }
-    std::thread([trial, path = QByteArray(path.constData(), path.size())] {
+    const bool isStarted = startThread([trial, path = QByteArray(path.constData(), path.size())] {
         struct stat status;
         ::stat(path.constData(), &status);
         const std::lock_guard lock(trial->mutex);
         trial->done = true;
         trial->ended.notify_all();
-    }).detach();
+    });
     std::unique_lock lock(trial->mutex);
-    if (!trial->ended.wait_for(lock, patience, [&trial] { return trial->done; }))
+    trial->done |= !isStarted;
+    if (!isStarted || !trial->ended.wait_for(lock, patience, [&trial] { return trial->done; }))
         return false;
     m_answered.insert(mount.place, now);
     return true;

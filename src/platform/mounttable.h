@@ -45,7 +45,7 @@ private:
     bool answers(const Mount &mount, const QByteArray &path);
 
     int m_file = -1;
-    QList<Mount> m_mounts;
+    QList<Mount> m_mounts = {{"/", Kind::Local}}; ///< also when there is no table to read
     bool m_allLocal = true;
     QHash<QByteArray, Clock::time_point> m_answered; ///< when a network mount last answered
 };

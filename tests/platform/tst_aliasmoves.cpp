@@ -9,6 +9,7 @@
 
 #include <cstdlib>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -259,6 +260,17 @@ private Q_SLOTS:
         // A network that answers is as good as a disk; on a busy machine not always at once.
         const Bytes network = table + "23 22 0:10 / " + place + " rw - nfs4 server:/ rw\n";
         QTRY_VERIFY(resolves(network, "Documents/Tile/A"));
+    }
+
+    /// The program crashed when there was no descriptor left to read the table with.
+    void mountTableMayBeUnreadable()
+    {
+        rlimit before;
+        QVERIFY(::getrlimit(RLIMIT_NOFILE, &before) == 0);
+        const rlimit none = {0, before.rlim_max};
+        QVERIFY(::setrlimit(RLIMIT_NOFILE, &none) == 0);
+        const bool isNetwork = platform::MountTable().isNetwork("/home");
+        QVERIFY(::setrlimit(RLIMIT_NOFILE, &before) == 0 && !isNetwork);
     }
 
     void manyTargetsStayBelowTheLimit()
