@@ -64,6 +64,11 @@ void TestSurroundings::stripIsShownAndEnds()
          {},
          {u"bash"_qs, u"-c"_qs, u"exec 3> >(exec true); wait $!; exec \"$0\" >&3"_qs},
          {}},
+        // The program waited for ever, and the strip was dead.
+        {"its output is full",
+         {},
+         {u"bash"_qs, u"-c"_qs, u"mkfifo ~/p; exec 3<>~/p; head -c 65536 /dev/zero >&3; exec \"$0\" >&3"_qs},
+         {}},
     };
     for (const auto &row : rows) {
         Desktop desktop({.windowManager = row.manager});
