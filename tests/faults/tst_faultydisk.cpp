@@ -124,6 +124,7 @@ private Q_SLOTS:
     void nothingIsLost_data();
     void nothingIsLost();
     void lostFoldersHurtNothingElse();
+    void unreadableSettingsStayAsTheyAre();
     void jumpingClockLosesNoCopy();
 };
 
@@ -156,6 +157,13 @@ struct World
 
     QTemporaryDir folder;
     Config config{folder.filePath(QStringLiteral("Documents")), folder.filePath(QStringLiteral("state"))};
+};
+
+/// The superuser reads everything, and so becomes nobody for a while.
+struct Unprivileged
+{
+    ~Unprivileged() { result = ::seteuid(::getuid()); }
+    int result = ::geteuid() == 0 ? ::seteuid(65534) : 0;
 };
 
 const QByteArray newNote(3000, 'n');
@@ -238,17 +246,21 @@ void TestFaultyDisk::nothingIsLost()
     qInfo("%d faults", struck);
 }
 
-/// Each folder of ours goes while the program runs, and a file or a dangling link may take its place.
+/// Each folder of ours goes while the program runs, and a file or a dangling link may take its place, or it
+/// can be entered no more.
 void TestFaultyDisk::lostFoldersHurtNothingElse()
 {
-    enum Stands { Nothing, File, Link };
+    const Unprivileged user;
+    enum Stands { Nothing, File, Link, Locked };
     for (const QString &lost : {u"/Tiles/*"_qs, u"/Tiles"_qs, u"/Themes"_qs, QString()}) {
-        for (const Stands stands : {Nothing, File, Link}) {
+        for (const Stands stands : {Nothing, File, Link, Locked}) {
             World world(true);
             startFirst(world);
             const QString folder = lost.endsWith(u'*') ? world.notes().section(u'/', 0, -2)
                                                        : model::applicationFolder(world.config) + lost;
-            QVERIFY(QDir(folder).removeRecursively());
+            const QByteArray before = world.settings();
+            QVERIFY(stands == Locked ? ::chmod(QFile::encodeName(folder).constData(), 0) == 0
+                                     : QDir(folder).removeRecursively());
             if (stands == File)
                 QVERIFY(platform::writeInPlace(folder, "kept", nullptr));
             else if (stands == Link)
@@ -263,6 +275,7 @@ void TestFaultyDisk::lostFoldersHurtNothingElse()
                 && !themes::iconImage(world.config, u"default"_qs).isNull();
             model::addTile(world.config);
             const QString lines = capture.lines().join(u'\n');
+            QVERIFY(stands != Locked || ::chmod(QFile::encodeName(folder).constData(), 0700) == 0);
             const bool isSaved = world.settings() == model::settingsToJson(world.config.stored());
             const QByteArray what = (folder + QString::number(stands) + lines).toUtf8();
             QVERIFY2(isDrawn && world.config.tileItems().size() == 4, what.constData());
@@ -272,7 +285,26 @@ void TestFaultyDisk::lostFoldersHurtNothingElse()
             QVERIFY2(isSaved != lines.contains(u"Failed to save JSON data: "), what.constData());
             QVERIFY2(stands != File || World::bytesOf(folder) == "kept", what.constData());
             QVERIFY2(stands != Link || !platform::itemExists(folder), what.constData());
+            QVERIFY2(stands != Locked || isSaved || world.settings() == before, what.constData());
         }
+    }
+}
+
+void TestFaultyDisk::unreadableSettingsStayAsTheyAre()
+{
+    const Unprivileged user;
+    for (const QString &locked : {u"/pondWicket-settings.json"_qs, QString()}) {
+        World world(true);
+        startFirst(world);
+        const QByteArray path = QFile::encodeName(model::applicationFolder(world.config) + locked);
+        const QByteArray before = world.settings();
+        QVERIFY(::chmod(path.constData(), 0) == 0);
+        StdoutCapture capture;
+        Config next(world.config.documentDirectory(), world.config.stateDirectory());
+        strip::loadOrCreateSettings(next);
+        QVERIFY(capture.lines().join(u'\n').contains(u"Failed to save JSON data: "));
+        QVERIFY(::chmod(path.constData(), 0700) == 0);
+        QVERIFY2(next.tileItems().size() == 3 && world.settings() == before, path.constData());
     }
 }
 

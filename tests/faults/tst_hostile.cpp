@@ -32,7 +32,8 @@ const QByteArrayList payloads =
     QByteArray("javascript:alert(1)|data:text/html,<script>|file:///dev/zero|file:///dev/tty|/proc/self/mem|"
                "file:///proc/self/fd/0|-rf|--help|$(touch ran)|; touch ran|https://a.example/\n--flag|"
                "ssh://-oProxyCommand=touch%20ran|ssh://$(touch ran)@a|HOME/pipe|file://HOME/pipe|HOME/loop|"
-               "HOME/alias to pipe|HOME/alias to itself|HOME/alias to mem|HOME/alias to zero|"
+               "HOME/alias to pipe|HOME/alias to itself|HOME/alias to mem|HOME/alias to "
+               "zero|HOME/endless|HOME/x.desktop|"
                "file://HOME/../../../dev/zero|file:///%00")
         .split('|')
     + QByteArrayList{QByteArray("a\0b", 3), QByteArray(100'000, '/'),
@@ -143,6 +144,14 @@ void TestHostile::meet(QByteArray settings)
         QVERIFY(::mkfifo(QFile::encodeName(pipe).constData(), 0600) == 0);
     for (const auto &[target, link] : std::as_const(links))
         QVERIFY(QFile::link(target, link));
+    for (const auto &[name, bytes] : std::initializer_list<std::pair<QString, QByteArray>>{
+             {home + u"endless"_qs, "pondWicket alias 1\npath: /"},
+             {home + u"x.desktop"_qs, "[Desktop Entry]\nType=Application\nName=x\nExec=touch ran\n"},
+             {theme + u"Chrome/minimize.png"_qs,
+              "<svg xmlns='http://www.w3.org/2000/svg' width='99999' height='99999'><image href='"
+                  + home.toUtf8() + "pipe' width='9' height='9'/></svg>"}})
+        QVERIFY(platform::writeInPlace(name, bytes, nullptr));
+    QVERIFY(QFile::resize(home + u"endless"_qs, 1LL << 40));
     for (const char *program : {"sh", "touch", "ssh", "xdg-open", "xdg-terminal-exec"})
         desktop.addProgram(QLatin1String(program));
     for (const QString &target :
