@@ -22,9 +22,9 @@ import tempfile
 import time
 
 TILES = ["Only", "Links", "Notes", "Inbox"]
-SEGMENTS = [38, 87, 143, 200, 242]  # where the settings window has them, and the button behind them
 SIDE, CAP, HEIGHT = 44, 14, 800
 SETTINGS = "pondWicket Settings"
+MENU = "menu"
 NOTES = "https://dropped.example/"
 SAMPLES = 200  # over the whole run
 X, XTEST = ctypes.CDLL("libX11.so.6"), ctypes.CDLL("libXtst.so.6")
@@ -67,7 +67,7 @@ class Screen:
             self.display, window, ctypes.byref(name)) and name.value else None
 
     def windows(self, window=None):
-        """The name and the place of each window that is seen."""
+        """The name and the place of each window that is seen; one of ours without a name is a menu."""
         parent, children, count = ctypes.c_ulong(), ctypes.POINTER(ctypes.c_ulong)(), ctypes.c_uint()
         name, place = ctypes.c_char_p(), [ctypes.c_int() for _ in range(7)]
         found = {}
@@ -77,10 +77,10 @@ class Screen:
         for child in map(ctypes.c_ulong, children[:count.value]):
             attributes = (ctypes.c_int * 64)()
             if X.XGetWindowAttributes(self.display, child, attributes) and attributes[23] == 2:  # viewable
-                if X.XFetchName(self.display, child, ctypes.byref(name)) and name.value:
+                if X.XFetchName(self.display, child, ctypes.byref(name)):
                     X.XTranslateCoordinates(self.display, child, ctypes.c_ulong(self.root), 0, 0, *map(
                         ctypes.byref, (place[0], place[1], parent)))
-                    found[name.value.decode()] = (place[0].value, place[1].value, attributes[2], attributes[3])
+                    found[name.value.decode() or MENU] = (place[0].value, place[1].value, attributes[2], attributes[3])
                     X.XFree(name)
                 found.update(self.windows(child.value))
         X.XFree(children)
@@ -128,7 +128,9 @@ class Soak:
         self.base = set(self.screen.windows())
 
     def start(self, *command):
-        process = subprocess.Popen(command, env=self.environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        # That of the program, which nobody reads, would become full.
+        output = subprocess.DEVNULL if command[-1] == self.program else subprocess.PIPE
+        process = subprocess.Popen(command, env=self.environment, stdout=output, stderr=subprocess.DEVNULL)
         self.processes.append(process)
         return process
 
@@ -197,22 +199,18 @@ class Soak:
         self.screen.keys(*keys)
         return place
 
-    def tiles_page(self):
-        left, top, _, _ = self.page("Control_L+Tab")
-        pause(0.1)
-        return left, top
+    def edits_tile(self, tile, *keys):
+        """In the settings window, by keys that begin at the tile's segment."""
+        self.page("Control_L+Tab", "Tab", *["Right"] * TILES.index(tile), *keys)
 
     def menu(self, name, steps):
         left, top, width, _ = self.popover(name)
         self.screen.click(left + width - 38, top + 38)
-        pause(0.1)
+        wait(lambda: self.sees(MENU))
         self.screen.keys(*["Down"] * steps, "Return")
 
     def removes_link(self, name):
-        left, top = self.tiles_page()
-        self.screen.click(left + SEGMENTS[TILES.index(name)], top + 58)
-        pause(0.1)
-        self.screen.click(left + 483, top + 170)
+        self.edits_tile(name, *["Tab"] * 6, "Delete")  # past the buttons and the tile's name to its first link
         return wait(lambda: self.links(name) == 0) and self.closes(SETTINGS)
 
     # -- the actions: each true when it did what it is for ------------------------------------------------------
@@ -299,18 +297,14 @@ class Soak:
         return self.changes_setting("showsDate", "Alt_L+s", "Alt_L+s")
 
     def edits_name(self):
-        left, top = self.tiles_page()
-        self.screen.click(left + 300, top + 108)
-        pause(0.05)
-        self.screen.keys("End", "s")
+        self.edits_tile("Only", "Tab", "Tab", "Tab", "End", "s")
         edited = wait(lambda: self.stored().get("tileItems", [{}])[0].get("tileName") == "Onlys")
         self.screen.keys("BackSpace")
         undone = wait(lambda: self.stored().get("tileItems", [{}])[0].get("tileName") == "Only")
         return edited and undone and self.closes(SETTINGS)
 
     def adds_and_removes_tile(self):
-        left, top = self.tiles_page()
-        self.screen.click(left + SEGMENTS[-1], top + 58)
+        self.edits_tile("Only", "Tab", "space")
         added = wait(lambda: len(self.stored().get("tileItems", [])) == len(TILES) + 1)
         self.closes(SETTINGS)
         name = self.stored()["tileItems"][-1]["tileName"]
@@ -325,12 +319,24 @@ class Soak:
                         "settings", "[]", "{}"], env=self.environment, check=True, stdout=subprocess.DEVNULL)
         return wait(lambda: self.sees(SETTINGS)) and self.closes(SETTINGS)
 
+    def monitors(self, *changes):
+        for change in changes:
+            subprocess.run(["xrandr", *change.split()], env=self.environment, check=True, stdout=subprocess.DEVNULL)
+
+    def undocks_screen(self):
+        """The right half becomes a screen that takes the strip, and goes again."""
+        self.monitors("--setmonitor left 640/160x800/200+0+0 screen", "--setmonitor *right 640/160x800/200+640+0 none")
+        came = wait(lambda: self.sees("pondWicket")[0] == 640)
+        opened = came and self.popover("Links") and self.closes("Links")
+        self.monitors("--delmonitor right", "--delmonitor left")
+        return wait(lambda: self.sees("pondWicket")[0] == 0) and opened
+
     def opens_menu(self):
         left, top, _, _ = self.sees("pondWicket")
         self.screen.click(left + CAP // 2, top + 4, 3)
-        pause(0.1)
-        self.screen.keys("Down", "Escape", "Escape")
-        return True
+        opened = wait(lambda: self.sees(MENU))
+        self.screen.keys("Down")
+        return opened and self.closes(MENU)
 
     def clear(self, action):
         for _ in range(3):
@@ -367,7 +373,7 @@ class Soak:
         weights = {self.opens_popover: 30, self.opens_link: 30, self.types_notes: 10, self.opens_menu: 10,
                    self.starts_again_and_opens_popover_by_key: 8, self.asks_the_bus: 4, self.changes_theme: 4,
                    self.changes_calendar: 2, self.changes_direction: 2, self.hides_and_shows: 2, self.edits_name: 2,
-                   self.adds_and_removes_tile: 2, self.imports: 1, self.drops_text: 1}
+                   self.adds_and_removes_tile: 2, self.imports: 1, self.drops_text: 1, self.undocks_screen: 1}
         self.done = {action.__name__: [0, 0] for action in weights}
         start = time.monotonic()
         for number in range(count + 1):
