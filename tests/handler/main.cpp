@@ -24,6 +24,6 @@ int main(int argc, char **argv)
         record << "output=" << std::string(text, size_t(length)) << '\0';
     record << "ownSession=" << (::getsid(0) != ::getsid(::getppid()) ? "yes" : "no") << '\0';
     for (char **variable = environ; *variable; ++variable)
-        record << "variable=" << *variable << '\0';
+        record << *variable << '\0';
     return record.good() ? 0 : 1;
 }

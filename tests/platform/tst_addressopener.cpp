@@ -67,7 +67,7 @@ private Q_SLOTS:
             PrivateDesktop desktop;
             addHandlers(desktop, handlers);
             desktop.addProgram(u"x-terminal-emulator"_qs);
-            const auto outcome = desktop.run({u"--open"_qs}, address);
+            const auto outcome = desktop.run(u"--open"_qs, address);
             const QByteArray what = handlers.toUtf8() + " for " + address.left(80);
             QVERIFY2(outcome.exitCode == 0 && outcome.output.isEmpty(), what.constData());
             QVERIFY2(outcome.launches.size() == (launch.isEmpty() ? 0 : 1), what.constData());
@@ -86,16 +86,16 @@ private Q_SLOTS:
         const QStringList ours = u"DESKTOP_AUTOSTART_ID INVOCATION_ID JOURNAL_STREAM"_qs.split(u' ');
         for (const QString &name : ours + QStringList(u"QT_SCALE_FACTOR"_qs))
             desktop.setVariable(name, u"1"_qs);
-        const auto launches = desktop.run({u"--open"_qs}, "https://h").launches;
+        const auto launches = desktop.run(u"--open"_qs, "https://h").launches;
         QCOMPARE(launches.size(), 1);
         const auto &launch = launches.first();
-        QCOMPARE(launch.folder, desktop.path(u"home"_qs));
-        QCOMPARE(launch.output, u"/dev/null"_qs);
-        QVERIFY(launch.ownSession);
+        QCOMPARE(launch.facts[u"folder"_qs], desktop.path(u"home"_qs));
+        QCOMPARE(launch.facts[u"output"_qs], u"/dev/null"_qs);
+        QCOMPARE(launch.facts[u"ownSession"_qs], u"yes"_qs);
         for (const QString &name : ours + u"QT_QPA_PLATFORMTHEME GIO_USE_VFS"_qs.split(u' '))
-            QVERIFY2(!launch.variables.contains(name), qPrintable(name));
+            QVERIFY2(!launch.facts.contains(name), qPrintable(name));
         // The user's own settings stay, also where we run with others.
-        QCOMPARE(launch.variables.value(u"QT_SCALE_FACTOR"_qs), u"1"_qs);
+        QCOMPARE(launch.facts[u"QT_SCALE_FACTOR"_qs], u"1"_qs);
     }
 };
 

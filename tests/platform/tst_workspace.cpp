@@ -34,15 +34,12 @@ private Q_SLOTS:
             PrivateDesktop desktop;
             desktop.addHandler(u"text"_qs, {u"text/plain"_qs}, u"%f"_qs);
             desktop.addHandler(u"folder"_qs, {u"inode/directory"_qs}, u"%f"_qs);
-            QString path =
-                desktop.write(u"home/"_qs + name + (name.endsWith(u'/') ? u"x"_qs : QString()), content);
-            if (name.endsWith(u'/'))
-                path = desktop.path(u"home/folder"_qs);
+            const QString path = QDir::cleanPath(desktop.write(u"home/"_qs + name, content));
             QCOMPARE(::chmod(QFile::encodeName(path).constData(), mode), 0);
             const QByteArray alias = QFile::encodeName(desktop.path(u"home/alias"_qs));
             QVERIFY(platform::writeAliasFile(QFile::encodeName(path), alias, nullptr));
             const bool isAliased = name.startsWith(u"aliased");
-            const auto outcome = desktop.run({u"--open"_qs}, isAliased ? alias : path.toUtf8());
+            const auto outcome = desktop.run(u"--open"_qs, isAliased ? alias : path.toUtf8());
             QVERIFY2(outcome.exitCode == 0 && outcome.output.isEmpty(), qPrintable(name));
             QVERIFY2(!QFile::exists(desktop.path(u"home/ran"_qs)), qPrintable(name));
             QVERIFY2(outcome.launches.size() == (handler.isEmpty() ? 0 : 1), qPrintable(name));
@@ -74,7 +71,7 @@ private Q_SLOTS:
             QCOMPARE(::chmod(QFile::encodeName(file).constData(), mode), 0);
             const QString path = desktop.path(QString::fromLatin1(name));
             QVERIFY2(!*linkedTo || QFile::link(file, path), name);
-            const auto launches = desktop.run({u"--open"_qs}, path.toUtf8()).launches;
+            const auto launches = desktop.run(u"--open"_qs, path.toUtf8()).launches;
             const QByteArray what = QByteArray(name) + ' ' + QByteArray::number(mode, 8) + ' ' + linkedTo;
             QVERIFY2(launches.size() == 1, what.constData());
             QVERIFY2(launches.first().arguments.first() == (starts ? u"own" : u"editor"), what.constData());
@@ -90,13 +87,12 @@ private Q_SLOTS:
               Row(u"home/Thing.app"_qs, u"other"_qs, false), Row(u"home/Thing.d"_qs, u"Thing"_qs, false)}) {
             PrivateDesktop desktop;
             desktop.addHandler(u"folder"_qs, {u"inode/directory"_qs}, u"%f"_qs);
-            const QString path = desktop.path(opened);
-            QVERIFY(QDir().mkpath(path));
+            const QString path = desktop.write(opened + u'/', {}).chopped(1);
             QVERIFY(QFile::link(desktop.addProgram(u"recorder"_qs), path + u'/' + program));
-            const auto launches = desktop.run({u"--open"_qs}, path.toUtf8()).launches;
+            const auto launches = desktop.run(u"--open"_qs, path.toUtf8()).launches;
             QVERIFY2(launches.size() == 1, qPrintable(opened));
             QVERIFY2(launches.first().program == (starts ? program : u"recorder"_qs), qPrintable(opened));
-            QCOMPARE(launches.first().folder, desktop.path(u"home"_qs));
+            QCOMPARE(launches.first().facts[u"folder"_qs], desktop.path(u"home"_qs));
         }
     }
 
@@ -104,12 +100,12 @@ private Q_SLOTS:
     {
         PrivateDesktop desktop;
         const QString path = desktop.write(u"home/Doc %41 ƒ"_qs, "text");
-        QCOMPARE(desktop.run({u"--trash"_qs}, path.toUtf8()).output, QByteArray());
+        QCOMPARE(desktop.run(u"--trash"_qs, path.toUtf8()).output, QByteArray());
         QVERIFY(!QFile::exists(path) && QFile::exists(desktop.path(u"data/Trash/files/Doc %41 ƒ"_qs)));
         QFile record(desktop.path(u"data/Trash/info/Doc %41 ƒ.trashinfo"_qs));
         QVERIFY(record.open(QIODevice::ReadOnly));
         QVERIFY(record.readAll().contains("/home/Doc%20%2541%20%C6%92\n"));
-        const QByteArray problem = desktop.run({u"--trash"_qs}, path.toUtf8()).output;
+        const QByteArray problem = desktop.run(u"--trash"_qs, path.toUtf8()).output;
         QVERIFY2(problem.count('\n') == 1 && problem.contains("Doc"), problem.constData());
     }
 };

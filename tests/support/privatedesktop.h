@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "support/files.h"
+
 #include <QHash>
 #include <QProcessEnvironment>
 #include <QStringList>
@@ -20,10 +22,8 @@ public:
     {
         QStringList arguments; ///< without the program's own name
         QString program; ///< as which it was started
-        QString folder;
-        QString output; ///< where its standard output goes
-        bool ownSession = false;
-        QHash<QString, QString> variables;
+        /// Its environment, "folder", "output" (where its standard output goes) and "ownSession" ("yes").
+        QHash<QString, QString> facts;
     };
     struct Outcome
     {
@@ -35,7 +35,11 @@ public:
     PrivateDesktop();
 
     QString path(const QString &relative) const { return m_folder.filePath(relative); }
-    QString write(const QString &relative, const QByteArray &content) const;
+    /// As `make`.
+    QString write(const QString &relative, const QByteArray &content) const
+    {
+        return make(path(relative), content);
+    }
     /// Registers "<id>.desktop" for the types; its Exec line begins with the recorder and `arguments`.
     void addHandler(const QString &id, const QStringList &types,
                     const QString &arguments = QStringLiteral("%u"));
@@ -45,12 +49,12 @@ public:
     QString addProgram(const QString &name) const;
     void setVariable(const QString &name, const QString &value) { m_environment.insert(name, value); }
 
-    /// Runs this test's own program with the arguments, given `input`, and waits for it and all that it
+    /// Runs this test's own program with one argument, given `input`, and waits for it and all that it
     /// started.
-    Outcome run(const QStringList &arguments, const QByteArray &input) const;
+    Outcome run(const QString &task, const QByteArray &input) const;
 
 private:
-    pid_t start(const QStringList &arguments) const;
+    pid_t start(const QString &task) const;
 
     QTemporaryDir m_folder;
     QProcessEnvironment m_environment;
