@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "model/settingsdata.h"
 #include "model/settingsjson.h"
-#include "platform/files.h"
+#include "support/files.h"
 #include "support/program.h"
 
 #include <QRegularExpression>
@@ -48,8 +48,7 @@ void TestAccessibility::initTestCase()
     SettingsData settings;
     settings.tileItems.append(
         {QUuid::createUuid(), u"default"_qs, u"Pond"_qs, u"file://"_qs + m_desktop.home(), true, {}, links});
-    QVERIFY(platform::makeFolder(m_desktop.applicationFolder(), nullptr));
-    QVERIFY(platform::writeInPlace(m_desktop.settingsFile(), model::settingsToJson(settings), nullptr));
+    make(m_desktop.settingsFile(), model::settingsToJson(settings));
     m_desktop.recordOpened({u"x-scheme-handler/https"_qs});
     m_desktop.environment().insert(u"QT_LINUX_ACCESSIBILITY_ALWAYS_ON"_qs, u"1"_qs);
     m_program.emplace(m_desktop, QStringLiteral(PW_PROGRAM));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/aliasfile.h"
-#include "platform/files.h"
+#include "support/files.h"
 #include "support/program.h"
 
 #include <QFile>
@@ -21,8 +21,7 @@ void TestInstance::laterStartsLeaveItToTheFirst()
     Desktop desktop;
     QVERIFY2(desktop.isUp(), qPrintable(desktop.problem()));
     desktop.recordOpened({u"text/plain"_qs});
-    const QString document = desktop.home() + u"/a text.txt"_qs;
-    QVERIFY(platform::writeInPlace(document, "text", nullptr));
+    const QString document = make(desktop.home() + u"/a text.txt"_qs, "text");
     const QString alias = desktop.home() + u"/an alias"_qs;
     QVERIFY(platform::writeAliasFile(QFile::encodeName(document), QFile::encodeName(alias), nullptr));
 

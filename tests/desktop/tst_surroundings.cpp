@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What a session usually gives a program and sometimes does not.
-#include "platform/files.h"
+#include "support/files.h"
 #include "support/program.h"
 
 #include <QDBusConnection>
@@ -74,9 +74,8 @@ void TestSurroundings::stripIsShownAndEnds()
         Desktop desktop({.windowManager = row.manager});
         QVERIFY2(desktop.isUp(), qPrintable(desktop.problem()));
         const QByteArray documents = desktop.home().toUtf8() + "/Documents"; // those of nobody without a HOME
-        QVERIFY(platform::makeFolder(QString::fromUtf8(documents), nullptr));
-        QVERIFY(platform::writeInPlace(desktop.home() + u"/.config/user-dirs.dirs"_qs,
-                                       "XDG_DOCUMENTS_DIR=\"" + documents + "\"\n", nullptr));
+        make(QString::fromUtf8(documents) + u'/');
+        make(desktop.home() + u"/.config/user-dirs.dirs"_qs, "XDG_DOCUMENTS_DIR=\"" + documents + "\"\n");
         for (const QString &variable : row.without)
             desktop.environment().remove(variable);
         const QStringList command = row.before + QStringList(QStringLiteral(PW_PROGRAM));

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "support/desktop.h"
 
-#include "platform/files.h"
+#include "support/files.h"
 
-#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 
@@ -17,35 +16,21 @@ QProcessEnvironment privateEnvironment(const QDir &root)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     // Whatever a real session left behind would lead programs out of the private desktop.
-    const QStringList names = environment.keys();
-    for (const QString &name : names) {
+    for (const QString &name : environment.keys()) {
         for (const char *prefix : {"XDG_", "QT_", "DBUS_", "WAYLAND_", "GTK_", "DESKTOP_", "XAUTHORITY"}) {
             if (name.startsWith(QLatin1String(prefix)))
                 environment.remove(name);
         }
     }
-    const QList<std::pair<QString, QString>> folders = {
-        {u"HOME"_qs, u"home"_qs},
-        {u"XDG_CONFIG_HOME"_qs, u"home/.config"_qs},
-        {u"XDG_DATA_HOME"_qs, u"home/.local/share"_qs},
-        {u"XDG_STATE_HOME"_qs, u"home/.local/state"_qs},
-        {u"XDG_CACHE_HOME"_qs, u"home/.cache"_qs},
-        {u"XDG_RUNTIME_DIR"_qs, u"run"_qs},
-    };
-    for (const auto &[name, folder] : folders) {
-        root.mkpath(folder);
-        environment.insert(name, root.filePath(folder));
-    }
+    for (const auto &[name, folder] :
+         {std::pair("HOME", "home/"), std::pair("XDG_CONFIG_HOME", "home/.config/"),
+          std::pair("XDG_DATA_HOME", "home/.local/share/"), std::pair("XDG_STATE_HOME", "home/.local/state/"),
+          std::pair("XDG_CACHE_HOME", "home/.cache/"), std::pair("XDG_RUNTIME_DIR", "run/")})
+        environment.insert(QLatin1String(name), make(root.filePath(QLatin1String(folder))).chopped(1));
     QFile::setPermissions(root.filePath(u"run"_qs), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     environment.insert(u"LC_ALL"_qs, u"C.UTF-8"_qs);
     environment.insert(u"QT_FORCE_STDERR_LOGGING"_qs, u"1"_qs);
     return environment;
-}
-
-void writeText(const QString &path, const QString &text)
-{
-    platform::makeFolder(QFileInfo(path).path(), nullptr);
-    platform::writeInPlace(path, text.toUtf8(), nullptr);
 }
 
 QRect geometryOf(const Desktop &desktop, const QString &id)
@@ -80,8 +65,11 @@ Desktop::Desktop(const DesktopOptions &options)
 
     if (!options.windowManager.isEmpty() && !startManager(options.windowManager))
         return;
-    if (options.compositor)
-        startCompositor();
+    // picom names its own window once it owns the screen's compositing selection.
+    if (options.compositor
+        && start(u"compositor"_qs, u"picom"_qs, u"--backend xrender --config /dev/null"_qs.split(u' '))
+        && waitForWindow({u"--name"_qs, u"^picom$"_qs}).isNull())
+        m_problem = u"picom does not compose the screen"_qs;
 }
 
 Desktop::~Desktop()
@@ -130,16 +118,6 @@ void Desktop::endManager()
     endProcess(*m_manager);
 }
 
-bool Desktop::startCompositor()
-{
-    if (!start(u"compositor"_qs, u"picom"_qs, u"--backend xrender --config /dev/null"_qs.split(u' ')))
-        return false;
-    // picom names its own window once it owns the screen's compositing selection.
-    if (!waitUntil([this] { return !xdotool({u"search"_qs, u"--name"_qs, u"^picom$"_qs}).isEmpty(); }))
-        m_problem = u"picom does not compose the screen"_qs;
-    return isUp();
-}
-
 QList<Window> Desktop::windows(const QStringList &terms) const
 {
     const QByteArray ids = xdotool(QStringList{u"search"_qs, u"--onlyvisible"_qs} + terms);
@@ -176,20 +154,22 @@ QImage Desktop::screenshot(QRect area) const
 void Desktop::recordOpened(const QStringList &mimeTypes)
 {
     const QString recorder = m_root.filePath(u"recorder"_qs);
-    writeText(recorder, u"#!/bin/sh\nprintf '%s\\n' \"$@\" >>'%1'\n"_qs.arg(m_root.filePath(u"opened"_qs)));
+    make(recorder,
+         u"#!/bin/sh\nprintf '%s\\n' \"$@\" >>'%1'\n"_qs.arg(m_root.filePath(u"opened"_qs)).toUtf8());
     QFile::setPermissions(recorder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    writeText(home() + u"/.local/share/applications/recorder.desktop"_qs,
-              u"[Desktop Entry]\nType=Application\nName=Recorder\nExec=%1 %U\nMimeType=%2;\n"_qs.arg(
-                  recorder, mimeTypes.join(u';')));
+    make(home() + u"/.local/share/applications/recorder.desktop"_qs,
+         u"[Desktop Entry]\nType=Application\nName=Recorder\nExec=%1 %U\nMimeType=%2;\n"_qs
+             .arg(recorder, mimeTypes.join(u';'))
+             .toUtf8());
     const QString isDefault = u"=recorder.desktop\n"_qs;
-    writeText(home() + u"/.config/mimeapps.list"_qs,
-              u"[Default Applications]\n"_qs + mimeTypes.join(isDefault) + isDefault);
+    make(home() + u"/.config/mimeapps.list"_qs,
+         (u"[Default Applications]\n"_qs + mimeTypes.join(isDefault) + isDefault).toUtf8());
 }
 
 QStringList Desktop::opened() const
 {
-    const auto lines = platform::readWholeFile(m_root.filePath(u"opened"_qs), nullptr);
-    return QString::fromUtf8(lines.value_or(QByteArray())).split(u'\n', Qt::SkipEmptyParts);
+    const QString file = m_root.filePath(u"opened"_qs);
+    return QString::fromUtf8(QFile::exists(file) ? bytesOf(file) : "").split(u'\n', Qt::SkipEmptyParts);
 }
 
 } // namespace support

@@ -100,7 +100,6 @@ public:
 private:
     bool start(const QString &what, const QString &program, const QStringList &arguments,
                QByteArray *firstLine = nullptr);
-    bool startCompositor();
 
     QTemporaryDir m_root;
     QProcessEnvironment m_environment;
