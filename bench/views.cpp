@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the views cost the interface thread for settings of several sizes: a popover, the settings window with
-// its table of links, a letter typed into a name with the save and the redraw that follow; and what many
-// edits leave in memory.
+// its table of links, its menu of tiles, a letter typed into a name with the save and the redraw that follow;
+// and what many edits leave in memory.
 #include "table.h"
 
 #include "links/openlink.h"
@@ -13,7 +13,9 @@
 #include "strip/services.h"
 #include "strip/tile.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QTableView>
@@ -157,6 +159,14 @@ void measure(bench::Table &table, int tiles, int linksPerTile, int rounds)
 
     open();
     settle();
+    auto &tileMenu = *window->findChild<QComboBox *>(QStringLiteral("Tile menu"));
+    const QList<double> menu = costsOf(
+        rounds, [&] { tileMenu.showPopup(); },
+        [&] {
+            size = tileMenu.view()->window()->size();
+            tileMenu.hidePopup();
+        });
+    row("menu of tiles", menu, "bare window", bareWindow(rounds, size));
     const QList<double> save = costsOf(
         rounds, [&] { model::saveSettings(world.config); }, [] {});
     auto &name = *window->findChild<QLineEdit *>(QStringLiteral("Tile name"));

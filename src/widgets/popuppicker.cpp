@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/popuppicker.h"
 
-#include <QAbstractItemView>
+#include <QListView>
+#include <QStringListModel>
 #include <QStyleOption>
 #include <QWheelEvent>
 
@@ -10,26 +11,39 @@ namespace widgets {
 namespace {
 
 constexpr int narrowest = 60; // points
+constexpr qsizetype mostMeasured = 200;
+constexpr int widthOfMany = 40; // characters
 
 } // namespace
 
 PopupPicker::PopupPicker(QWidget *parent)
     : QComboBox(parent)
+    , m_texts(new QStringListModel(this))
 {
-    setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    setModel(m_texts);
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     view()->setTextElideMode(Qt::ElideRight);
+    static_cast<QListView &>(*view()).setUniformItemSizes(true);
 }
 
 void PopupPicker::setOptions(const QStringList &texts)
 {
-    while (count() > texts.size())
-        removeItem(count() - 1);
+    // More than a screen shows are not measured one by one, and open as a list that scrolls.
+    const bool few = texts.size() <= mostMeasured;
+    setSizeAdjustPolicy(few ? AdjustToContents : AdjustToMinimumContentsLengthWithIcon);
+    setMinimumContentsLength(few ? 0 : widthOfMany);
+    const QString look = few ? QString() : QStringLiteral("combobox-popup: 0");
+    if (styleSheet() != look)
+        setStyleSheet(look);
+
+    const QStringList shown = m_texts->stringList();
+    if (texts.size() != shown.size()) {
+        m_texts->setStringList(texts);
+        return;
+    }
     for (int i = 0; i < texts.size(); ++i) {
-        if (i == count())
-            addItem(texts.at(i));
-        else if (itemText(i) != texts.at(i))
-            setItemText(i, texts.at(i));
+        if (texts.at(i) != shown.at(i))
+            m_texts->setData(m_texts->index(i), texts.at(i));
     }
 }
 

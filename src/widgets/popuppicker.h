@@ -3,6 +3,8 @@
 
 #include <QComboBox>
 
+class QStringListModel;
+
 namespace widgets {
 
 /// A combo box that gives way when its place is narrow, keeps to what it is told to show, and is not changed
@@ -22,6 +24,9 @@ public:
 protected:
     void initStyleOption(QStyleOptionComboBox *option) const override;
     void wheelEvent(QWheelEvent *event) override;
+
+private:
+    QStringListModel *m_texts;
 };
 
 } // namespace widgets
