@@ -153,10 +153,7 @@ void ctrlApp::tidyUp()
 
     const Config &config = m_parts->config;
     QList<QByteArray> aliases;
-    QStringList folders;
     for (const TileItem &tile : config.tileItems()) {
-        if (const QString folder = model::tileFolderPath(tile); !folder.isEmpty())
-            folders.append(folder);
         for (const TileMenuItem &link : tile.tileMenuItems) {
             if (link.itemString.startsWith(QLatin1Char('/')))
                 aliases.append(QFile::encodeName(link.itemString));
@@ -164,11 +161,14 @@ void ctrlApp::tidyUp()
     }
     platform::holdTargets(aliases);
 
-    platform::runInBackground([folders, copy = model::lastGoodPath(config.stateDirectory())] {
-        platform::flushToDisk(copy);
-        for (const QString &folder : folders)
-            platform::removeLeftovers(folder);
-    });
+    platform::runInBackground(
+        [tiles = config.tileItems(), copy = model::lastGoodPath(config.stateDirectory())] {
+            platform::flushToDisk(copy);
+            for (const TileItem &tile : tiles) {
+                if (const QString folder = model::tileFolderPath(tile); !folder.isEmpty())
+                    platform::removeLeftovers(folder);
+            }
+        });
 }
 
 void ctrlApp::perform(const platform::InstanceRequest &request)
