@@ -5,6 +5,9 @@
 #include "model/uuidtext.h"
 #include "platform/uri.h"
 
+#include <iterator>
+#include <vector>
+
 namespace model {
 
 namespace {
@@ -71,10 +74,19 @@ private:
                           case 5:
                               return text(&item->scratchpadText);
                           default:
-                              return list(&item->tileMenuItems, TileMenuItem{{}, {}, {}},
-                                          [this](TileMenuItem *entry) { return link(entry); });
+                              return links(&item->tileMenuItems);
                           }
                       });
+    }
+
+    /// By way of one list that has grown already.
+    bool links(QList<TileMenuItem> *items)
+    {
+        m_links.clear();
+        if (!list(&m_links, TileMenuItem{{}, {}, {}}, [this](TileMenuItem *item) { return link(item); }))
+            return false;
+        *items = {std::make_move_iterator(m_links.begin()), std::make_move_iterator(m_links.end())};
+        return true;
     }
 
     bool link(TileMenuItem *item)
@@ -121,13 +133,13 @@ private:
         return inside(QLatin1String(keys.begin()[key]));
     }
 
-    template <typename T, typename ReadElement>
-    bool list(QList<T> *list, const T &blank, ReadElement readElement)
+    template <typename List, typename ReadElement>
+    bool list(List *list, const typename List::value_type &blank, ReadElement readElement)
     {
         if (m_json.peek() != '[')
             return wrongType(QStringLiteral("an array"));
         return m_json.array([&] {
-            return readElement(&list->emplaceBack(blank))
+            return readElement(&list->emplace_back(blank))
                 || inside(QStringLiteral("[%1]").arg(list->size() - 1));
         });
     }
@@ -208,6 +220,7 @@ private:
     }
 
     JsonReader m_json;
+    std::vector<TileMenuItem> m_links; // of the present tile
     bool m_isOfField = false; // the problem is that of a field
     QString m_path; // of that field
 };

@@ -21,9 +21,26 @@ public:
     }
 
     /// Makes `text` the first `length` of what was written.
-    void take(qsizetype length, QString *text);
+    void take(qsizetype length, QString *text)
+    {
+        if (length > longText)
+            return takeLong(length, text);
+        // The class's own way to share, but of a part of the block instead of the whole.
+        auto *const header = m_block.data_ptr().d_ptr();
+        header->ref();
+        QString::DataPointer part(header, m_free, length);
+        text->data_ptr().swap(part);
+        m_free[length] = u'\0';
+        m_free += length + 1;
+    }
 
 private:
+    // Units. A text that outlives the others of its block keeps no more than these few bytes from being
+    // freed.
+    static constexpr qsizetype blockSize = 2000;
+    static constexpr qsizetype longText = blockSize / 4;
+
+    void takeLong(qsizetype length, QString *text);
     void startBlock(qsizetype length, qsizetype more);
 
     QString m_block; // the block's first reference
