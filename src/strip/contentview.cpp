@@ -90,6 +90,7 @@ double ContentView::now() const
 
 void ContentView::redraw()
 {
+    const themes::OneLook look;
     m_isCompositing = platform::isCompositing();
     if (m_vertical != m_config.isVertical()) {
         m_vertical = m_config.isVertical();
@@ -120,8 +121,9 @@ void ContentView::syncTiles()
     QList<Tile *> left = m_tiles;
     QList<Tile *> made;
     m_tiles.clear();
-    const QList<TileItem> shown = m_config.tileItems().mid(0, strip::mostTileViews);
-    for (const TileItem &item : shown) {
+    const QList<TileItem> items = m_config.tileItems(); // shared
+    for (qsizetype i = 0; i < std::min<qsizetype>(items.size(), strip::mostTileViews); ++i) {
+        const TileItem &item = items.at(i);
         const auto kept = std::find_if(left.begin(), left.end(),
                                        [&item](const Tile *tile) { return tile->tileItem() == item; });
         if (kept != left.end()) {
@@ -145,7 +147,8 @@ void ContentView::syncTiles()
             focused = tile->tileItem().id;
         tile->discard();
     }
-    layoutElements();
+    if (!made.isEmpty())
+        layoutElements();
     for (Tile *tile : std::as_const(made)) {
         tile->show();
         if (tile->tileItem().id == focused)

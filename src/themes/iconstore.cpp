@@ -5,7 +5,6 @@
 #include "platform/error.h"
 #include "platform/report.h"
 #include "themes/imagecache.h"
-#include "themes/imagefile.h"
 #include "themes/themestore.h"
 
 #include <QFile>
@@ -56,9 +55,8 @@ QStringList currentThemeIconNames(const Config &config)
 
 QImage iconImage(const Config &config, const QString &name, qreal scale)
 {
-    const QString folder = name == QLatin1String("default") ? chromeFolderURL(config, config.currentTheme())
-                                                            : iconsFolderURL(config, config.currentTheme());
-    const QImage image = imageFromFile(folder + QLatin1Char('/') + name + QStringLiteral(".png"), scale);
+    const auto folder = name == QLatin1String("default") ? ThemeFolder::Elements : ThemeFolder::Icons;
+    const QImage image = themeFile(config, folder, name + QStringLiteral(".png"), scale);
     return image.isNull() ? fallbackSymbol(config, QStringLiteral("questionmark.square"), scale) : image;
 }
 

@@ -10,7 +10,10 @@
 #include "themes/symbolimage.h"
 
 #include <QBuffer>
+#include <QHash>
 #include <QImageWriter>
+
+#include <optional>
 
 namespace themes {
 
@@ -70,10 +73,22 @@ bool installPictures(const QString &folder, const QString &theme, const QStringL
     return true;
 }
 
-/// The picture in a file of the current theme's element folder; null without one.
-QImage elementFile(const Config &config, const QString &fileName, qreal scale)
+/// What the present redraw has looked at.
+struct Look
 {
-    return imageFromFile(chromeFolderURL(config, config.currentTheme()) + QLatin1Char('/') + fileName, scale);
+    qreal scale = screenScale();
+    struct
+    {
+        QString path;
+        QHash<QString, QImage> files;
+    } folders[2];
+};
+std::optional<Look> look;
+
+QString folderPath(const Config &config, ThemeFolder folder)
+{
+    return folder == ThemeFolder::Icons ? iconsFolderURL(config, config.currentTheme())
+                                        : chromeFolderURL(config, config.currentTheme());
 }
 
 } // namespace
@@ -93,6 +108,28 @@ QString iconsFolderURL(const Config &config, const QString &theme)
     return themeSubfolderURL(config, theme, localizedFileName("Icons"));
 }
 
+QImage themeFile(const Config &config, ThemeFolder folder, const QString &fileName, qreal scale)
+{
+    if (!look || scale != look->scale)
+        return imageFromFile(folderPath(config, folder) + u'/' + fileName, scale);
+    auto &[path, files] = look->folders[int(folder)];
+    if (const auto seen = files.constFind(fileName); seen != files.constEnd())
+        return *seen;
+    if (path.isEmpty())
+        path = folderPath(config, folder) + u'/';
+    return *files.insert(fileName, imageFromFile(path + fileName, scale));
+}
+
+OneLook::OneLook()
+{
+    look.emplace();
+}
+
+OneLook::~OneLook()
+{
+    look.reset();
+}
+
 void installBuiltInThemes(const Config &config)
 {
     const QString root = themesFolder(config);
@@ -110,7 +147,7 @@ void installBuiltInThemes(const Config &config)
 
 QImage themedImage(const Config &config, const QString &assetName, const QString &fileName, qreal scale)
 {
-    const QImage image = elementFile(config, fileName, scale);
+    const QImage image = themeFile(config, ThemeFolder::Elements, fileName, scale);
     return image.isNull() ? builtInImage(assetName, scale) : image;
 }
 
@@ -126,7 +163,7 @@ QImage fallbackSymbol(const Config &config, const QString &symbolName, qreal sca
 QImage themedSymbolImage(const Config &config, const QString &symbolName, const QString &fileName,
                          qreal scale)
 {
-    const QImage image = elementFile(config, fileName, scale);
+    const QImage image = themeFile(config, ThemeFolder::Elements, fileName, scale);
     return image.isNull() ? fallbackSymbol(config, symbolName, scale) : image;
 }
 

@@ -18,6 +18,19 @@ QString iconsFolderURL(const Config &config, const QString &theme);
 /// made of it is never touched again. Failures are reported.
 void installBuiltInThemes(const Config &config);
 
+/// The picture in a file of one of the current theme's two folders; null without one.
+enum class ThemeFolder { Elements, Icons };
+QImage themeFile(const Config &config, ThemeFolder folder, const QString &fileName, qreal scale);
+
+/// While it lives, `themeFile` looks at no file twice: for a redraw, which asks for some of them once a tile.
+class OneLook
+{
+public:
+    OneLook();
+    ~OneLook();
+    Q_DISABLE_COPY_MOVE(OneLook)
+};
+
 /// The file of that name among the current theme's elements; without one that can be read, the built-in
 /// picture. Never null. The size in points is the picture's `deviceIndependentSize`.
 QImage themedImage(const Config &config, const QString &assetName, const QString &fileName,

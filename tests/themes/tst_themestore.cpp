@@ -131,6 +131,13 @@ private Q_SLOTS:
         QCOMPARE(iconImage(*m_config, u"default"_qs, 1).width(), 1);
         QCOMPARE(iconImage(*m_config, u"Default"_qs, 1).width(), 3);
         QCOMPARE(iconImage(*m_config, u"gone"_qs), fallbackSymbol(*m_config, u"questionmark.square"_qs));
+        for (const int width : {4, 5}) { // replaced between two redraws
+            const OneLook look;
+            put(u"mine/Icons/Default.png"_qs, svg(width));
+            QCOMPARE(iconImage(*m_config, u"Default"_qs, 1).width(), width);
+            put(u"mine/Icons/Default.png"_qs, svg(6));
+            QCOMPARE(iconImage(*m_config, u"Default"_qs, 1).width(), width);
+        }
     }
 
     void unknownApplicationIconChangesNothing()
