@@ -7,13 +7,12 @@
 #include "model/settingsjson.h"
 #include "model/settingsstore.h"
 #include "model/tiles.h"
-#include "platform/files.h"
 #include "strip/startup.h"
+#include "support/files.h"
 #include "support/stdoutcapture.h"
 #include "themes/iconstore.h"
 #include "themes/themestore.h"
 
-#include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -25,6 +24,8 @@
 #include <sys/syscall.h>
 #include <sys/time.h>
 #include <unistd.h>
+
+using namespace support;
 
 namespace {
 
@@ -78,33 +79,19 @@ int open(const char *path, int flags, ...)
 }
 
 /// A call that no signal interrupts.
-#define PW_CALL(number, ...)                                                                                 \
-    (faults.error != EINTR && faults.strikes() ? -1 : int(::syscall(number, __VA_ARGS__)))
-
-int ftruncate(int file, off_t size) noexcept
-{
-    return PW_CALL(SYS_ftruncate, file, size);
-}
-
-int fchmod(int file, mode_t mode) noexcept
-{
-    return PW_CALL(SYS_fchmod, file, mode);
-}
-
-int mkdir(const char *path, mode_t mode) noexcept
-{
-    return PW_CALL(SYS_mkdir, path, mode);
-}
-
-int rename(const char *from, const char *to) noexcept
-{
-    return PW_CALL(SYS_rename, from, to);
-}
-
-int renameat2(int fromFolder, const char *from, int toFolder, const char *to, unsigned flags) noexcept
-{
-    return PW_CALL(SYS_renameat2, fromFolder, from, toFolder, to, flags);
-}
+#define PW_FAULTY(name, number, parameters, ...)                                                             \
+    int name parameters noexcept                                                                             \
+    {                                                                                                        \
+        const bool fails = faults.error != EINTR && faults.strikes();                                        \
+        return fails ? -1 : int(::syscall(number, __VA_ARGS__));                                             \
+    }
+PW_FAULTY(ftruncate, SYS_ftruncate, (int file, off_t size), file, size)
+PW_FAULTY(fchmod, SYS_fchmod, (int file, mode_t mode), file, mode)
+PW_FAULTY(mkdir, SYS_mkdir, (const char *path, mode_t mode), path, mode)
+PW_FAULTY(rename, SYS_rename, (const char *from, const char *to), from, to)
+PW_FAULTY(renameat2, SYS_renameat2,
+          (int fromFolder, const char *from, int toFolder, const char *to, unsigned flags), fromFolder, from,
+          toFolder, to, flags)
 
 /// The clock that a user sets, as the toolkit reads it.
 int gettimeofday(timeval *time, void *) noexcept
@@ -116,18 +103,6 @@ int gettimeofday(timeval *time, void *) noexcept
 
 } // extern "C"
 
-class TestFaultyDisk : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void nothingIsLost_data();
-    void nothingIsLost();
-    void lostFoldersHurtNothingElse();
-    void unreadableSettingsStayAsTheyAre();
-    void jumpingClockLosesNoCopy();
-};
-
 namespace {
 
 /// A home as a user has it, made anew for each fault.
@@ -135,12 +110,12 @@ struct World
 {
     explicit World(bool isFirstRun)
     {
-        QDir().mkpath(config.documentDirectory());
+        make(config.documentDirectory() + u'/');
         config.setAvailableThemes({QStringLiteral("1984")});
         if (isFirstRun)
             return;
         model::addTile(config);
-        platform::writeAtomically(notes(), "before", nullptr);
+        make(notes(), "before");
         model::saveSettings(config);
     }
 
@@ -150,11 +125,6 @@ struct World
     }
     QByteArray settings() const { return bytesOf(model::settingsFileURL(config)); }
     QByteArray lastGood() const { return bytesOf(model::lastGoodPath(config.stateDirectory())); }
-    static QByteArray bytesOf(const QString &path)
-    {
-        return platform::readWholeFile(path, nullptr).value_or(QByteArray());
-    }
-
     QTemporaryDir folder;
     Config config{folder.filePath(QStringLiteral("Documents")), folder.filePath(QStringLiteral("state"))};
 };
@@ -182,150 +152,159 @@ const Deed startFirst = [](World &world) { strip::loadOrCreateSettings(world.con
 
 } // namespace
 
-void TestFaultyDisk::nothingIsLost_data()
+class TestFaultyDisk : public QObject
 {
-    QTest::addColumn<int>("error");
-    QTest::addColumn<bool>("forGood");
-    QTest::newRow("disk full") << ENOSPC << true;
-    QTest::newRow("read-only from now on") << EROFS << true;
-    QTest::newRow("no more files") << EMFILE << false;
-    QTest::newRow("one failure of the device") << EIO << false;
-    QTest::newRow("one interruption") << EINTR << false;
-    QTest::newRow("short writes") << 0 << false;
-}
+    Q_OBJECT
 
-void TestFaultyDisk::nothingIsLost()
-{
-    QFETCH(const int, error);
-    QFETCH(const bool, forGood);
-    const bool isHarmless = error == 0 || error == EINTR;
-    int struck = 0;
-    for (const Deed deed : {save, addTile, linkFile, writeNote, startFirst}) {
-        for (int first = 0;; ++first) {
-            World world(deed == startFirst);
-            const SettingsData before = world.config.stored();
-            const QByteArray oldText = model::settingsToJson(before);
-            StdoutCapture capture;
-            faults = {true, error, first, forGood};
-            deed(world);
-            const int calls = std::exchange(faults, Faults()).calls;
-            const QStringList lines = capture.lines();
-            ++struck;
+private Q_SLOTS:
+    void nothingIsLost_data()
+    {
+        QTest::addColumn<int>("error");
+        QTest::addColumn<bool>("forGood");
+        QTest::newRow("disk full") << ENOSPC << true;
+        QTest::newRow("read-only from now on") << EROFS << true;
+        QTest::newRow("no more files") << EMFILE << false;
+        QTest::newRow("one failure of the device") << EIO << false;
+        QTest::newRow("one interruption") << EINTR << false;
+        QTest::newRow("short writes") << 0 << false;
+    }
 
-            const QByteArray newText = model::settingsToJson(world.config.stored());
-            const QByteArray settings = world.settings();
-            const bool isSaved = settings == newText;
-            if (deed == writeNote) {
-                const QByteArray note = World::bytesOf(world.notes());
-                QVERIFY(note == newNote || (!isHarmless && note == "before"));
-                QVERIFY(QDir(world.notes().section(u'/', 0, -2)).entryList(QDir::Files | QDir::Hidden).size()
-                        == 1);
-            } else if (deed != startFirst) {
-                const QByteArray lastGood = world.lastGood();
-                QVERIFY(isSaved || settings == oldText || lastGood == oldText || lastGood == newText);
+    void nothingIsLost()
+    {
+        QFETCH(const int, error);
+        QFETCH(const bool, forGood);
+        const bool isHarmless = error == 0 || error == EINTR;
+        int struck = 0;
+        for (const Deed deed : {save, addTile, linkFile, writeNote, startFirst}) {
+            for (int first = 0;; ++first) {
+                World world(deed == startFirst);
+                const SettingsData before = world.config.stored();
+                const QByteArray oldText = model::settingsToJson(before);
+                StdoutCapture capture;
+                faults = {true, error, first, forGood};
+                deed(world);
+                const int calls = std::exchange(faults, Faults()).calls;
+                const QStringList lines = capture.lines();
+                ++struck;
+
+                const QByteArray newText = model::settingsToJson(world.config.stored());
+                const QByteArray settings = world.settings();
+                const bool isSaved = settings == newText;
+                if (deed == writeNote) {
+                    const QByteArray note = bytesOf(world.notes());
+                    QVERIFY(note == newNote || (!isHarmless && note == "before"));
+                    QCOMPARE(namesIn(world.notes().section(u'/', 0, -2)).size(), 1);
+                } else if (deed != startFirst) {
+                    const QByteArray lastGood = world.lastGood();
+                    QVERIFY(isSaved || settings == oldText || lastGood == oldText || lastGood == newText);
+                }
+                QVERIFY2(isSaved || !lines.isEmpty(), "a save that failed says nothing");
+                QVERIFY(!isHarmless || (isSaved && (lines.isEmpty() || deed == startFirst)));
+
+                // Once the disk works again, so does everything else.
+                if (deed == startFirst) {
+                    Config next(world.config.documentDirectory(), world.config.stateDirectory());
+                    next.setAvailableThemes(world.config.availableThemes());
+                    strip::loadOrCreateSettings(next);
+                    world.config.setAvailableThemes(next.availableThemes());
+                    world.config.setTileItems(next.tileItems());
+                } else {
+                    model::saveSettings(world.config);
+                }
+                capture.lines();
+                QVERIFY(world.settings() == model::settingsToJson(world.config.stored()));
+                if (first >= calls || error == 0)
+                    break;
             }
-            QVERIFY2(isSaved || !lines.isEmpty(), "a save that failed says nothing");
-            QVERIFY(!isHarmless || (isSaved && (lines.isEmpty() || deed == startFirst)));
+        }
+        qInfo("%d faults", struck);
+    }
 
-            // Once the disk works again, so does everything else.
-            if (deed == startFirst) {
-                Config next(world.config.documentDirectory(), world.config.stateDirectory());
-                next.setAvailableThemes(world.config.availableThemes());
-                strip::loadOrCreateSettings(next);
-                world.config.setAvailableThemes(next.availableThemes());
-                world.config.setTileItems(next.tileItems());
-            } else {
-                model::saveSettings(world.config);
+    /// Each folder of ours goes while the program runs, and a file or a dangling link may take its place, or
+    /// it can be entered no more.
+    void lostFoldersHurtNothingElse()
+    {
+        const Unprivileged user;
+        enum Stands { Nothing, File, Link, Locked };
+        for (const QString &lost : {u"/Tiles/*"_qs, u"/Tiles"_qs, u"/Themes"_qs, QString()}) {
+            for (const Stands stands : {Nothing, File, Link, Locked}) {
+                World world(true);
+                startFirst(world);
+                const QString folder = lost.endsWith(u'*') ? world.notes().section(u'/', 0, -2)
+                                                           : model::applicationFolder(world.config) + lost;
+                const QByteArray before = world.settings();
+                QVERIFY(stands == Locked ? ::chmod(QFile::encodeName(folder).constData(), 0) == 0
+                                         : QDir(folder).removeRecursively());
+                if (stands == File)
+                    make(folder, "kept");
+                else if (stands == Link)
+                    QVERIFY(QFile::link(folder + u".gone"_qs, folder));
+                StdoutCapture capture;
+                writeNote(world);
+                linkFile(world);
+                const TileMenuItem link = world.config.tileItems().constFirst().tileMenuItems.constLast();
+                const bool isLinked = links::isAlias(link);
+                world.config.setCurrentTheme(u"1984"_qs);
+                const bool isDrawn = !themes::tileImage(world.config).isNull()
+                    && !themes::iconImage(world.config, u"default"_qs).isNull();
+                model::addTile(world.config);
+                const QString lines = capture.lines().join(u'\n');
+                QVERIFY(stands != Locked || ::chmod(QFile::encodeName(folder).constData(), 0700) == 0);
+                const bool isSaved = world.settings() == model::settingsToJson(world.config.stored());
+                const QByteArray what = (folder + QString::number(stands) + lines).toUtf8();
+                QVERIFY2(isDrawn && world.config.tileItems().size() == 4 && link.itemName == u"env",
+                         what.constData());
+                QVERIFY2(isLinked == (lost == u"/Themes"), what.constData());
+                QVERIFY2(isLinked != lines.contains(u"Failed to create alias: "), what.constData());
+                QVERIFY2(isSaved == (!lost.isEmpty() || stands == Nothing), what.constData());
+                QVERIFY2(isSaved != lines.contains(u"Failed to save JSON data: "), what.constData());
+                QVERIFY2(lost != u"/Tiles" || lines.contains(u"The folder “") != (stands == Nothing),
+                         what.constData());
+                QVERIFY2(stands != File || bytesOf(folder) == "kept", what.constData());
+                QVERIFY2(stands != Link || !platform::itemExists(folder), what.constData());
+                QVERIFY2(stands != Locked || isSaved || world.settings() == before, what.constData());
             }
-            capture.lines();
-            QVERIFY(world.settings() == model::settingsToJson(world.config.stored()));
-            if (first >= calls || error == 0)
-                break;
         }
     }
-    qInfo("%d faults", struck);
-}
 
-/// Each folder of ours goes while the program runs, and a file or a dangling link may take its place, or it
-/// can be entered no more.
-void TestFaultyDisk::lostFoldersHurtNothingElse()
-{
-    const Unprivileged user;
-    enum Stands { Nothing, File, Link, Locked };
-    for (const QString &lost : {u"/Tiles/*"_qs, u"/Tiles"_qs, u"/Themes"_qs, QString()}) {
-        for (const Stands stands : {Nothing, File, Link, Locked}) {
+    void unreadableSettingsStayAsTheyAre()
+    {
+        const Unprivileged user;
+        for (const QString &locked : {u"/pondWicket-settings.json"_qs, QString()}) {
             World world(true);
             startFirst(world);
-            const QString folder = lost.endsWith(u'*') ? world.notes().section(u'/', 0, -2)
-                                                       : model::applicationFolder(world.config) + lost;
+            const QByteArray path = QFile::encodeName(model::applicationFolder(world.config) + locked);
             const QByteArray before = world.settings();
-            QVERIFY(stands == Locked ? ::chmod(QFile::encodeName(folder).constData(), 0) == 0
-                                     : QDir(folder).removeRecursively());
-            if (stands == File)
-                QVERIFY(platform::writeInPlace(folder, "kept", nullptr));
-            else if (stands == Link)
-                QVERIFY(QFile::link(folder + u".gone"_qs, folder));
+            QVERIFY(::chmod(path.constData(), 0) == 0);
             StdoutCapture capture;
-            writeNote(world);
-            linkFile(world);
-            const bool isLinked =
-                links::isAlias(world.config.tileItems().constFirst().tileMenuItems.constLast());
-            world.config.setCurrentTheme(u"1984"_qs);
-            const bool isDrawn = !themes::tileImage(world.config).isNull()
-                && !themes::iconImage(world.config, u"default"_qs).isNull();
-            model::addTile(world.config);
-            const QString lines = capture.lines().join(u'\n');
-            QVERIFY(stands != Locked || ::chmod(QFile::encodeName(folder).constData(), 0700) == 0);
-            const bool isSaved = world.settings() == model::settingsToJson(world.config.stored());
-            const QByteArray what = (folder + QString::number(stands) + lines).toUtf8();
-            QVERIFY2(isDrawn && world.config.tileItems().size() == 4, what.constData());
-            QVERIFY2(isLinked == (lost == u"/Themes"), what.constData());
-            QVERIFY2(isLinked != lines.contains(u"Failed to create alias: "), what.constData());
-            QVERIFY2(isSaved == (!lost.isEmpty() || stands == Nothing), what.constData());
-            QVERIFY2(isSaved != lines.contains(u"Failed to save JSON data: "), what.constData());
-            QVERIFY2(stands != File || World::bytesOf(folder) == "kept", what.constData());
-            QVERIFY2(stands != Link || !platform::itemExists(folder), what.constData());
-            QVERIFY2(stands != Locked || isSaved || world.settings() == before, what.constData());
+            Config next(world.config.documentDirectory(), world.config.stateDirectory());
+            strip::loadOrCreateSettings(next);
+            QVERIFY(capture.lines().join(u'\n').contains(u"Failed to save JSON data: "));
+            QVERIFY(::chmod(path.constData(), 0700) == 0);
+            QVERIFY2(next.tileItems().size() == 3 && world.settings() == before, path.constData());
         }
     }
-}
 
-void TestFaultyDisk::unreadableSettingsStayAsTheyAre()
-{
-    const Unprivileged user;
-    for (const QString &locked : {u"/pondWicket-settings.json"_qs, QString()}) {
-        World world(true);
-        startFirst(world);
-        const QByteArray path = QFile::encodeName(model::applicationFolder(world.config) + locked);
-        const QByteArray before = world.settings();
-        QVERIFY(::chmod(path.constData(), 0) == 0);
-        StdoutCapture capture;
-        Config next(world.config.documentDirectory(), world.config.stateDirectory());
-        strip::loadOrCreateSettings(next);
-        QVERIFY(capture.lines().join(u'\n').contains(u"Failed to save JSON data: "));
-        QVERIFY(::chmod(path.constData(), 0700) == 0);
-        QVERIFY2(next.tileItems().size() == 3 && world.settings() == before, path.constData());
+    /// Copies of replaced settings from a clock ahead counted as the newest, and those made since went at
+    /// once.
+    void jumpingClockLosesNoCopy()
+    {
+        World world(false);
+        const QDir copies(world.config.stateDirectory());
+        for (int round = 0; round < 24; ++round) {
+            clockError = (round < 12 ? 20 : round < 18 ? 0 : -20) * 365 * 24 * 3600;
+            const QByteArray broken = "broken " + QByteArray::number(round);
+            make(model::settingsFileURL(world.config), broken);
+            const StdoutCapture silent;
+            startFirst(world);
+            QByteArrayList kept;
+            for (const QString &name : copies.entryList({u"replaced-*"_qs}))
+                kept += bytesOf(copies.filePath(name));
+            QVERIFY(kept.contains(broken) && kept.size() <= 10);
+        }
+        clockError = 0;
     }
-}
-
-/// Copies of replaced settings from a clock ahead counted as the newest, and those made since went at once.
-void TestFaultyDisk::jumpingClockLosesNoCopy()
-{
-    World world(false);
-    const QDir copies(world.config.stateDirectory());
-    for (int round = 0; round < 24; ++round) {
-        clockError = (round < 12 ? 20 : round < 18 ? 0 : -20) * 365 * 24 * 3600;
-        const QByteArray broken = "broken " + QByteArray::number(round);
-        QVERIFY(platform::writeInPlace(model::settingsFileURL(world.config), broken, nullptr));
-        const StdoutCapture silent;
-        startFirst(world);
-        QByteArrayList kept;
-        for (const QString &name : copies.entryList({u"replaced-*"_qs}))
-            kept += World::bytesOf(copies.filePath(name));
-        QVERIFY(kept.contains(broken) && kept.size() <= 10);
-    }
-    clockError = 0;
-}
+};
 
 QTEST_MAIN(TestFaultyDisk)
 #include "tst_faultydisk.moc"

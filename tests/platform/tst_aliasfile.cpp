@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/aliasfile.h"
 #include "platform/aliasresolver.h"
-#include "platform/files.h"
+#include "support/files.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -23,7 +23,7 @@ private Q_SLOTS:
         const QByteArray target = write("Annual Report%.pdf", "text");
         const QByteArray alias = path("Tile/A");
         QVERIFY(writeAliasFile(target, alias, nullptr));
-        const QByteArray text = readWholeFile(QFile::decodeName(alias), nullptr).value_or("");
+        const QByteArray text = support::bytesOf(QFile::decodeName(alias));
         QVERIFY(text.startsWith("pondWicket alias 1\npath: /"));
         const std::optional<AliasRecord> record = parseAlias(text, nullptr);
         QVERIFY(record && record->path == target && record->kind == FileKind::File && record->size == 4);
@@ -76,9 +76,7 @@ private:
     QByteArray path(const char *name) const { return QFile::encodeName(m_folder.path()) + '/' + name; }
     QByteArray write(const char *name, const QByteArray &text) const
     {
-        if (!writeInPlace(QFile::decodeName(path(name)), text, nullptr))
-            qFatal("cannot write");
-        return path(name);
+        return QFile::encodeName(support::make(QFile::decodeName(path(name)), text));
     }
     void checkIsBroken(const QByteArray &text) const
     {

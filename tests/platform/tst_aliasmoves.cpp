@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/aliasresolver.h"
+#include "support/files.h"
 
-#include <QDir>
-#include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -26,8 +25,8 @@ class Home
 public:
     explicit Home(const Bytes &name = target)
     {
-        for (const char *folder : {"Documents/Tile", "work/project/part", "other/deep"})
-            QDir().mkpath(m_folder.filePath(QLatin1String(folder)));
+        for (const char *folder : {"Documents/Tile/", "work/project/part/", "other/deep/"})
+            write(folder, {});
         write(name, "text");
         if (!writeAliasFile(at(name), alias(), nullptr))
             qFatal("cannot make the alias");
@@ -39,9 +38,7 @@ public:
 
     void write(const Bytes &name, const Bytes &text) const
     {
-        QFile file(QFile::decodeName(at(name)));
-        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
-            qFatal("cannot write %s", name.constData());
+        support::make(QFile::decodeName(at(name)), text);
     }
     /// Runs a line of the shell in the home folder; "@" is the target.
     void change(Bytes script) const
@@ -196,7 +193,7 @@ private Q_SLOTS:
         const Bytes folder = QFile::encodeName(other.path());
         if (!other.isValid() || home.statusOf(folder).st_dev == home.statusOf(home.at("")).st_dev)
             QSKIP("no second file system");
-        QVERIFY(QFile(other.filePath(QStringLiteral("target"))).open(QIODevice::WriteOnly));
+        support::make(other.filePath(QStringLiteral("target")));
         QVERIFY(writeAliasFile(folder + "/target", home.alias(), nullptr));
         QVERIFY(home.resolver->resolve(home.alias(), nullptr));
         QVERIFY(!isOpen("/target")); // so that it can be unmounted

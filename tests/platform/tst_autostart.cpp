@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applicationid.h"
 #include "platform/autostart.h"
-#include "platform/files.h"
+#include "support/files.h"
 
-#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -25,7 +24,6 @@ private Q_SLOTS:
 
     void readsTheEntry()
     {
-        QVERIFY(platform::makeFolder(m_home->filePath(u"autostart"_qs), nullptr));
         const QByteArray application = "[Desktop Entry]\nType=Application\nName=x\nExec=x\n";
         const std::pair<QByteArray, bool> rows[] = {
             {application, true},
@@ -35,7 +33,7 @@ private Q_SLOTS:
             {"", false},
             {"[Desktop Entry]\nType=Link\nURL=x:\n", false}};
         for (const auto &[text, starts] : rows) {
-            QVERIFY(platform::writeInPlace(entry(), text, nullptr));
+            support::make(entry(), text);
             QVERIFY2(startsAtLogin() == starts, text.constData());
             // Whatever stood there, the switch has its way.
             QVERIFY2(setStartsAtLogin(true, nullptr) && startsAtLogin(), text.constData());
@@ -62,14 +60,14 @@ private Q_SLOTS:
         // A folder whose name holds what entries and their command lines escape; not "%", which GIO looks for
         // as it is escaped.
         const QString program = m_home->filePath(uR"(a "b" `c` $d \e \\ ƒ/program)"_qs);
-        QVERIFY(QDir().mkpath(program.section(u'/', 0, -2)));
+        support::make(program.section(u'/', 0, -2) + u'/');
         QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), program));
         const QString note = m_home->filePath(u"note"_qs);
         qputenv("PW_NOTE", QFile::encodeName(note));
         QCOMPARE(QProcess::execute(program, {u"--switch-on"_qs}), 0);
         QCOMPARE(QProcess::execute(u"gio"_qs, {u"launch"_qs, entry()}), 0);
         QTRY_VERIFY(QFileInfo(note).size() > 0);
-        QCOMPARE(QFile::decodeName(*platform::readWholeFile(note, nullptr)), program);
+        QCOMPARE(QFile::decodeName(support::bytesOf(note)), program);
     }
 
 private:

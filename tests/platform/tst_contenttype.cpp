@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/contenttype.h"
 #include "platform/desktopentry.h"
-#include "platform/files.h"
+#include "support/files.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -36,9 +35,7 @@ private Q_SLOTS:
         };
         const QTemporaryDir folder;
         for (const auto &[name, text, executable, application] : rows) {
-            const QString path = folder.filePath(QFile::decodeName(name));
-            QVERIFY(QDir().mkpath(path.section(u'/', 0, -2)));
-            QVERIFY(name.endsWith('/') || writeInPlace(path, text, nullptr));
+            const QString path = support::make(folder.filePath(QFile::decodeName(name)), text);
             if (executable)
                 QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::ExeOwner);
             const QByteArray first = QFile::encodeName(folder.path()) + '/' + name.split('/').constFirst();

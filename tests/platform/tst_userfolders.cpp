@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "platform/files.h"
 #include "platform/userfolders.h"
+#include "support/files.h"
 
-#include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -23,9 +22,8 @@ private Q_SLOTS:
             const QTemporaryDir home;
             qputenv("HOME", QFile::encodeName(home.path()));
             qunsetenv("XDG_CONFIG_HOME");
-            QVERIFY(QDir().mkpath(home.filePath(u".config"_qs)));
-            const QString file = home.filePath(u".config/user-dirs.dirs"_qs);
-            QVERIFY(list.isEmpty() || platform::writeInPlace(file, list, nullptr));
+            if (!list.isEmpty())
+                support::make(home.filePath(u".config/user-dirs.dirs"_qs), list);
             platform::Error error;
             const auto found = platform::documentsFolder(&error);
             QVERIFY2(found.has_value() != folder.isNull(), list.constData());
