@@ -46,55 +46,52 @@ class TestFirstStart : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void makesTheApplicationFolderOnce();
-    void aDamagedFileIsRestoredByHand();
-};
+    void makesTheApplicationFolderOnce()
+    {
+        Desktop desktop;
+        QVERIFY2(desktop.isUp(), qPrintable(desktop.problem()));
+        QVERIFY(startAndEnd(desktop) == u"New settings file written successfully."_qs);
+        const QStringList before = snapshot(desktop.home());
+        QVERIFY(startAndEnd(desktop) == QString());
+        QCOMPARE(snapshot(desktop.home()), before);
 
-void TestFirstStart::makesTheApplicationFolderOnce()
-{
-    Desktop desktop;
-    QVERIFY2(desktop.isUp(), qPrintable(desktop.problem()));
-    QVERIFY(startAndEnd(desktop) == u"New settings file written successfully."_qs);
-    const QStringList before = snapshot(desktop.home());
-    QVERIFY(startAndEnd(desktop) == QString());
-    QCOMPARE(snapshot(desktop.home()), before);
-
-    const QString folder = desktop.applicationFolder();
-    QCOMPARE(namesIn(folder), u"Themes Tiles pondWicket-settings.json"_qs.split(u' '));
-    QCOMPARE(namesIn(folder + u"/Tiles"_qs).size(), 3);
-    for (const QString &theme : namesIn(folder + u"/Themes"_qs)) {
-        const QString icon = folder + u"/Themes/%1/Chrome/default.png"_qs.arg(theme);
-        QVERIFY2(bytesOf(icon).startsWith(QByteArray("II*\0", 4)),
-                 qPrintable(icon)); // a TIFF, whatever its name
+        const QString folder = desktop.applicationFolder();
+        QCOMPARE(namesIn(folder), u"Themes Tiles pondWicket-settings.json"_qs.split(u' '));
+        QCOMPARE(namesIn(folder + u"/Tiles"_qs).size(), 3);
+        for (const QString &theme : namesIn(folder + u"/Themes"_qs)) {
+            const QString icon = folder + u"/Themes/%1/Chrome/default.png"_qs.arg(theme);
+            QVERIFY2(bytesOf(icon).startsWith(QByteArray("II*\0", 4)),
+                     qPrintable(icon)); // a TIFF, whatever its name
+        }
+        QCOMPARE(namesIn(folder + u"/Themes"_qs).size(), 7);
     }
-    QCOMPARE(namesIn(folder + u"/Themes"_qs).size(), 7);
-}
 
-/// As docs/FILES.md tells, before and after a start has put the sample tiles in place.
-void TestFirstStart::aDamagedFileIsRestoredByHand()
-{
-    Desktop desktop;
-    const auto shell = [&desktop](const QString &command) {
-        return desktop.run(u"bash"_qs, {u"-c"_qs, command});
-    };
-    const QString file = u" ~/Documents/\"pondWicket ƒ\"/pondWicket-settings.json"_qs;
-    SaveWatcher watcher(make(desktop.applicationFolder() + u'/'));
-    QVERIFY(startAndEnd(desktop));
-    QCOMPARE(watcher.saves(), 4);
-    const QByteArray whole = shell(u"cat"_qs + file);
-    QVERIFY(!whole.isEmpty());
-    shell(u"truncate -s 100"_qs + file);
-    shell(u"cp ~/.local/state/pondWicket/last-good.json"_qs + file);
-    QVERIFY(startAndEnd(desktop));
-    QCOMPARE(shell(u"cat"_qs + file), whole);
+    /// As docs/FILES.md tells, before and after a start has put the sample tiles in place.
+    void aDamagedFileIsRestoredByHand()
+    {
+        Desktop desktop;
+        const auto shell = [&desktop](const QString &command) {
+            return desktop.run(u"bash"_qs, {u"-c"_qs, command});
+        };
+        const QString file = u" ~/Documents/\"pondWicket ƒ\"/pondWicket-settings.json"_qs;
+        SaveWatcher watcher(make(desktop.applicationFolder() + u'/'));
+        QVERIFY(startAndEnd(desktop));
+        QCOMPARE(watcher.saves(), 4);
+        const QByteArray whole = shell(u"cat"_qs + file);
+        QVERIFY(!whole.isEmpty());
+        shell(u"truncate -s 100"_qs + file);
+        shell(u"cp ~/.local/state/pondWicket/last-good.json"_qs + file);
+        QVERIFY(startAndEnd(desktop));
+        QCOMPARE(shell(u"cat"_qs + file), whole);
 
-    shell(u"truncate -s 100"_qs + file);
-    QVERIFY(startAndEnd(desktop));
-    QVERIFY(shell(u"cat"_qs + file) != whole);
-    shell(u"cp $(ls -t ~/.local/state/pondWicket/last-good-*.json | head -n 1)"_qs + file);
-    QVERIFY(startAndEnd(desktop));
-    QCOMPARE(shell(u"cat"_qs + file), whole);
-}
+        shell(u"truncate -s 100"_qs + file);
+        QVERIFY(startAndEnd(desktop));
+        QVERIFY(shell(u"cat"_qs + file) != whole);
+        shell(u"cp $(ls -t ~/.local/state/pondWicket/last-good-*.json | head -n 1)"_qs + file);
+        QVERIFY(startAndEnd(desktop));
+        QCOMPARE(shell(u"cat"_qs + file), whole);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestFirstStart)
 #include "tst_firststart.moc"

@@ -2,8 +2,6 @@
 #include "coloursof.h"
 
 #include "themes/imagecatalog.h"
-#include "themes/palette.h"
-#include "themes/symbolimage.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -34,18 +32,6 @@ private Q_SLOTS:
         for (const char16_t *name : {u"", u"1984-", u"1984-app-red", u"2010-preview", u"2024-../2024-tile",
                                      u"calendar-0", u"calendar-07", u"calendar-32", u"2024-Tile"})
             QVERIFY2(builtInImage(QString::fromUtf16(name)).isNull(), qPrintable(QString::fromUtf16(name)));
-    }
-
-    void symbolsTakeTheTint()
-    {
-        const QColor tint = paletteColor(u"violet");
-        for (const QString &name : symbolNames()) {
-            const QSet<QRgb> colours = coloursOf(symbolImage(name, tint, 13, 2));
-            QVERIFY2(colours.contains(tint.rgb()), qPrintable(name));
-            for (const QRgb colour : colours)
-                QVERIFY2(qAlpha(colour) < 255 || colour == tint.rgb(), qPrintable(name));
-        }
-        QCOMPARE(coloursOf(symbolImage(u"no.such.symbol"_qs, tint, 13)), QSet<QRgb>{0});
     }
 };
 

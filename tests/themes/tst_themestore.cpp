@@ -121,23 +121,12 @@ private Q_SLOTS:
         names = currentThemeIconNames(*m_config);
         names.sort();
         QCOMPARE(names.join(u'|'), u".e|B|a|broken|f.g|h |ƒ"_qs);
-    }
 
-    void iconsAreFoundByTheirExactName()
-    {
         put(u"mine/Chrome/default.png"_qs, svg(1));
         put(u"mine/Icons/default.png"_qs, svg(2));
         put(u"mine/Icons/Default.png"_qs, svg(3));
         QCOMPARE(iconImage(*m_config, u"default"_qs, 1).width(), 1);
         QCOMPARE(iconImage(*m_config, u"Default"_qs, 1).width(), 3);
-        QCOMPARE(iconImage(*m_config, u"gone"_qs), fallbackSymbol(*m_config, u"questionmark.square"_qs));
-        for (const int width : {4, 5}) { // replaced between two redraws
-            const OneLook look;
-            put(u"mine/Icons/Default.png"_qs, svg(width));
-            QCOMPARE(iconImage(*m_config, u"Default"_qs, 1).width(), width);
-            put(u"mine/Icons/Default.png"_qs, svg(6));
-            QCOMPARE(iconImage(*m_config, u"Default"_qs, 1).width(), width);
-        }
     }
 
     void unknownApplicationIconChangesNothing()
