@@ -23,11 +23,9 @@ private Q_SLOTS:
             {"a.desktop", entry, false, true},
             {"link.desktop", "[Desktop Entry]\nType=Link\n", false, false},
             {"group.desktop", "[Desktop Entry]\n[Desktop Action x]\nType=Application\n", false, false},
-            {"a.txt", entry, true, false},
             {"AppImage 2", elf + "AI\2xxxx", true, true},
             {"AppImage that may not run", elf + "AI\2xxxx", false, false},
             {"program", elf + QByteArray(8, '\0'), true, false},
-            {"short", "\177E", true, false},
             {"Calculator.app/", "", false, true},
             {"runs/AppRun", "", true, true},
             {"may not run/AppRun", "", false, false},
@@ -49,9 +47,8 @@ private Q_SLOTS:
         const QByteArray text = "[Desktop Entry]\nName[de_CH] = Ablage\\sx\nName=Files\nName[de]=Dateien\n"
                                 "Name[sr@latin]=Datoteke\n[Desktop Action y]\nName=Other\n";
         for (const auto &[locale, name] :
-             {std::pair("C", u"Files"_qs), std::pair("", u"Files"_qs),
-              std::pair("de_AT.UTF-8", u"Dateien"_qs), std::pair("de_CH.UTF-8", u"Ablage x"_qs),
-              std::pair("sr_RS.UTF-8@latin", u"Datoteke"_qs)}) {
+             {std::pair("C", u"Files"_qs), std::pair("de_AT.UTF-8", u"Dateien"_qs),
+              std::pair("de_CH.UTF-8", u"Ablage x"_qs), std::pair("sr_RS.UTF-8@latin", u"Datoteke"_qs)}) {
             const auto entry = parseDesktopEntry(text, locale);
             QVERIFY2(entry, locale);
             QCOMPARE(entry->name, name);

@@ -39,6 +39,9 @@ public:
         return watcher->saves();
     }
     const TileItem &tile(int index = 0) const { return config.tileItems().at(index); }
+    /// A stored link of the first tile.
+    TileMenuItem link(int index) const { return tile().tileMenuItems.value(index); }
+    void removeTile() { model::removeTile(config, tile().id); }
     template <typename T = QWidget> T &find(const char *name) const
     {
         T *found = window->findChild<T *>(QLatin1String(name));
@@ -48,11 +51,10 @@ public:
     void click(const char *name) const { QTest::mouseClick(&find(name), Qt::LeftButton); }
     void setLinks(const QStringList &addresses)
     {
-        config.editTile(tile().id, [&addresses](TileItem &item) {
-            item.tileMenuItems.clear();
-            for (const QString &address : addresses)
-                item.tileMenuItems.append({QUuid::createUuid(), address, u"name"_qs});
-        });
+        QList<TileMenuItem> links;
+        for (const QString &address : addresses)
+            links.append({QUuid::createUuid(), address, u"name"_qs});
+        config.editTile(tile().id, [&links](TileItem &item) { item.tileMenuItems = links; });
         saves();
     }
 
