@@ -185,12 +185,8 @@ private Q_SLOTS:
     void openedByKeySurvivesAChangeOfItsTile()
     {
         const World &world = *m_world;
-        for (const bool isOpen : {true, false, true}) {
-            if (isOpen)
-                world.desktop.activate(world.strip);
-            world.desktop.key(u"ctrl+3"_qs);
-            QTRY_COMPARE(world.isActive(Empty), isOpen);
-        }
+        world.desktop.key(u"ctrl+3"_qs);
+        QTRY_VERIFY(world.isActive(Empty));
         const Window first = world.popover(Empty);
         world.choose(Empty, ToggleNotes);
         QTRY_VERIFY(world.isOpen(Empty) && world.popover(Empty).id != first.id);

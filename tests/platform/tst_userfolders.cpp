@@ -34,17 +34,6 @@ private Q_SLOTS:
             QVERIFY2(!found->endsWith(u'/') && QDir(*found).exists(), list.constData());
         }
     }
-
-    void state()
-    {
-        qputenv("HOME", "/home/user");
-        const QString own = u"/home/user/.local/state"_qs;
-        const std::pair<const char *, QString> rows[] = {{"", own}, {"x", own}, {"/var/x/", u"/var/x"_qs}};
-        for (const auto &[variable, folder] : rows) {
-            qputenv("XDG_STATE_HOME", variable);
-            QCOMPARE(platform::stateFolder(), folder + u"/pondWicket"_qs);
-        }
-    }
 };
 
 QTEST_APPLESS_MAIN(TestUserFolders)

