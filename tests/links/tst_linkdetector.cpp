@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "links/linkdetector.h"
-#include "links/topleveldomains.h"
 #include "platform/uri.h"
 
 #include <QFile>
@@ -8,15 +7,12 @@
 
 #include <random>
 
-#include <libpsl.h>
-
 class TestLinkDetector : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void labelledTexts();
-    void topLevelDomainsAreThoseOfTheList();
     void findsTheSameAnywhere();
 };
 
@@ -51,28 +47,6 @@ void TestLinkDetector::labelledTexts()
         }
     }
     QVERIFY(cases >= 400);
-}
-
-void TestLinkDetector::topLevelDomainsAreThoseOfTheList()
-{
-    const auto isKnown = [](const std::string &label) {
-        const auto isSuffix = [&label](const char *below) { // some have rules only for what lies below them
-            return psl_is_public_suffix2(psl_builtin(), (below + label).c_str(),
-                                         PSL_TYPE_ICANN | PSL_TYPE_NO_STAR_RULE)
-                != 0;
-        };
-        return isSuffix("") || isSuffix("x.") || isSuffix("co.");
-    };
-    std::vector<std::string> labels = {"museum", "рф", "みんな", "xn--p1ai", "invalid", "локал", "xn--zz"};
-    for (int i = 0; i < 27 * 26 * 26; ++i) { // all of two and three letters
-        labels.push_back({char('a' + i / 26 % 26), char('a' + i % 26)});
-        if (i >= 26 * 26)
-            labels.back() += char('a' + i / 676 - 1);
-    }
-    for (const std::string &label : labels)
-        QVERIFY2(links::isTopLevelDomain(label) == isKnown(label), label.c_str());
-    for (const char *other : {"", "o", "org.", "a-long-label-that-is-longer-than-all-of-them-by-far"})
-        QVERIFY(!links::isTopLevelDomain(other));
 }
 
 /// Vectors, blocks and a short cut for plain addresses, which the beginning of a text does not take, must not

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "platform/contenttype.h"
-#include "platform/desktopentry.h"
 #include "support/files.h"
 
 #include <QFile>
@@ -39,19 +38,6 @@ private Q_SLOTS:
             const QByteArray first = QFile::encodeName(folder.path()) + '/' + name.split('/').constFirst();
             const bool found = name.contains('/') ? isApplicationFolder(first) : isApplicationFile(first);
             QVERIFY2(found == application, name.constData());
-        }
-    }
-
-    void nameFollowsTheLocale()
-    {
-        const QByteArray text = "[Desktop Entry]\nName[de_CH] = Ablage\\sx\nName=Files\nName[de]=Dateien\n"
-                                "Name[sr@latin]=Datoteke\n[Desktop Action y]\nName=Other\n";
-        for (const auto &[locale, name] :
-             {std::pair("C", u"Files"_qs), std::pair("de_AT.UTF-8", u"Dateien"_qs),
-              std::pair("de_CH.UTF-8", u"Ablage x"_qs), std::pair("sr_RS.UTF-8@latin", u"Datoteke"_qs)}) {
-            const auto entry = parseDesktopEntry(text, locale);
-            QVERIFY2(entry, locale);
-            QCOMPARE(entry->name, name);
         }
     }
 };

@@ -9,15 +9,27 @@ namespace support {
 class Program
 {
 public:
-    Program(const Desktop &desktop, const QString &path, const QStringList &arguments = {});
-    ~Program();
+    Program(const Desktop &desktop, const QString &path, const QStringList &arguments = {})
+        : m_desktop(desktop)
+        , m_process(startProcess(path, arguments, desktop.environment()))
+    {
+    }
+    ~Program()
+    {
+        if (m_process)
+            endProcess(*m_process);
+    }
     Q_DISABLE_COPY_MOVE(Program)
 
     qint64 processId() const { return m_process ? m_process->processId() : 0; }
     /// The lines written to standard output so far, a last one without its end included.
-    QStringList lines();
-    /// All that was written to standard error so far.
-    QString errors();
+    QStringList lines()
+    {
+        m_output += m_process->readAllStandardOutput();
+        return QString::fromUtf8(m_output).split(u'\n', Qt::SkipEmptyParts);
+    }
+    /// What was written to standard error since the last call.
+    QString errors() { return QString::fromUtf8(m_process->readAllStandardError()); }
 
     /// The program's mapped windows, as far as they tell whose they are.
     QList<Window> windows() const { return m_desktop.windows(searchTerms()); }
@@ -26,7 +38,11 @@ public:
     bool isRunning() const { return m_process->state() != QProcess::NotRunning; }
     void terminate() { m_process->terminate(); }
     /// The exit status once the program has ended by itself; -1 when it crashed or still runs.
-    int waitForExit();
+    int waitForExit()
+    {
+        const bool ends = waitUntil([this] { return !isRunning(); });
+        return ends && m_process->exitStatus() == QProcess::NormalExit ? m_process->exitCode() : -1;
+    }
 
 private:
     QStringList searchTerms() const { return {QStringLiteral("--pid"), QString::number(processId())}; }
@@ -34,7 +50,6 @@ private:
     const Desktop &m_desktop;
     std::unique_ptr<QProcess> m_process;
     QByteArray m_output;
-    QByteArray m_errors;
 };
 
 } // namespace support
