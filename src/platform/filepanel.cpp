@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QPixmapCache>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -88,6 +89,7 @@ private:
     {
         const bool accepted = dialog.exec() == QDialog::Accepted;
         m_folder = dialog.directory().absolutePath();
+        QPixmapCache::clear(); // each panel leaves pictures there, up to 10 MB, that the next one cannot find
         return accepted;
     }
 
