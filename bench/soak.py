@@ -333,7 +333,7 @@ class Soak:
 
     def opens_menu(self):
         left, top, _, _ = self.sees("pondWicket")
-        self.screen.click(left + CAP // 2, top + 4, 3)
+        self.screen.click(left + CAP // 2, top + 4 + self.done["opens_menu"][0] % 2 * 30, 3)  # never a double click
         opened = wait(lambda: self.sees(MENU))
         self.screen.keys("Down")
         return opened and self.closes(MENU)
