@@ -87,9 +87,12 @@ void setInputRegion(quintptr window, const QRegion &region, qreal scale)
     if (!x || !shape)
         return;
     std::vector<xcb_rectangle_t> rectangles;
-    for (const QRect &part : region)
-        rectangles.push_back({int16_t(part.x() * scale), int16_t(part.y() * scale),
-                              uint16_t(part.width() * scale), uint16_t(part.height() * scale)});
+    for (const QRect &part : region) {
+        const QRect pixels =
+            QRectF(QPointF(part.topLeft()) * scale, QSizeF(part.size()) * scale).toAlignedRect();
+        rectangles.push_back(
+            {int16_t(pixels.x()), int16_t(pixels.y()), uint16_t(pixels.width()), uint16_t(pixels.height())});
+    }
     shape(x, replace, inputShape, XCB_CLIP_ORDERING_UNSORTED, xcb_window_t(window), 0, 0,
           uint32_t(rectangles.size()), rectangles.data());
     xcb_flush(x);

@@ -19,6 +19,43 @@ constexpr std::chrono::milliseconds settlingTime(200); // of a change of screens
 constexpr std::chrono::seconds managerStart(1); // of a window manager that takes over
 constexpr int maxReturns = 3; // after a change of screens, when the window manager moves the strip as well
 
+/// The screen that shows most of an area; null when none shows any of it.
+const QScreen *screenOf(const QRect &area)
+{
+    const QScreen *best = nullptr;
+    int most = 0;
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        const QSize shown = screen->geometry().intersected(area).size();
+        if (shown.width() * shown.height() > most) {
+            most = shown.width() * shown.height();
+            best = screen;
+        }
+    }
+    return best;
+}
+
+bool isOnScreensOfScale(const QRect &area, qreal scale)
+{
+    QRegion rest(area);
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        if (screen->devicePixelRatio() == scale)
+            rest -= screen->geometry();
+    }
+    return rest.isEmpty();
+}
+
+/// Where a part of a screen's side may begin at the latest to end on the screen. Both measures and the place
+/// are rounded to pixels, each for itself; the screen's own, of which the toolkit tells whole points only, is
+/// even.
+int lastStart(int side, int length, qreal scale)
+{
+    const int pixels = 2 * qRound(side * scale / 2);
+    int start = side - length;
+    while (start > 0 && qRound(start * scale) + qRound(length * scale) > pixels)
+        --start;
+    return std::max(0, start);
+}
+
 } // namespace
 
 AppDelegate::AppDelegate(ContentView &strip, QObject *parent)
@@ -36,13 +73,16 @@ AppDelegate::AppDelegate(ContentView &strip, QObject *parent)
     m_returnTimer.setSingleShot(true);
     m_returnTimer.setInterval(settlingTime);
     connect(&m_returnTimer, &QTimer::timeout, this, &AppDelegate::fitWindow);
+    m_dragTimer.setSingleShot(true);
+    m_dragTimer.setInterval(settlingTime);
+    connect(&m_dragTimer, &QTimer::timeout, this, &AppDelegate::endDrag);
     watchScreens();
 }
 
 void AppDelegate::applicationDidFinishLaunching()
 {
     if (const QScreen *screen = QGuiApplication::primaryScreen())
-        placeAt(screen->geometry().bottomLeft(), screen->geometry());
+        placeAt(screen->geometry().bottomLeft(), *screen);
     m_strip.show();
     QTimer::singleShot(0, this, [this] {
         updateShape();
@@ -81,12 +121,11 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
         QMetaObject::invokeMethod(
             this, [this] { platform::requestAllDesktops(m_strip.winId()); }, Qt::QueuedConnection);
     } else if (event->type() == widgets::windowDragEvent) {
-        m_isHome = false;
-        m_returnsLeft = 0;
+        followDrag();
     } else if (event->type() == QEvent::Move && m_strip.isVisible()
                && m_strip.geometry().bottomLeft() != m_corner) {
         if (platform::isPointerPressed())
-            m_isHome = false;
+            followDrag();
         else if (m_returnsLeft > 0 && m_returnsLeft--)
             m_returnTimer.start(); // the window manager has its own idea of the new screen
     }
@@ -112,32 +151,77 @@ void AppDelegate::scheduleReturn()
     m_returnTimer.start();
 }
 
-/// Gives the window the strip's size. One that was moved keeps its bottom-left corner as far as that is on a
-/// screen.
+/// Some window managers tell of the moves only after the release.
+void AppDelegate::followDrag()
+{
+    m_isHome = false;
+    m_isDragged = true;
+    m_returnsLeft = 0;
+    m_dragTimer.start();
+}
+
+void AppDelegate::endDrag()
+{
+    if (platform::isPointerPressed()) {
+        m_dragTimer.start();
+        return;
+    }
+    m_isDragged = false;
+    const QRect window = m_strip.geometry();
+    if (const QScreen *screen = screenOf(partAt(window))) {
+        m_ownScreen = screen->name();
+        m_ownPlace = window.bottomLeft() - screen->geometry().topLeft();
+    }
+}
+
+/// Gives the window the strip's size. One that was moved keeps its bottom-left corner on the screen where the
+/// user left it, and returns there when that screen does.
 void AppDelegate::fitWindow()
 {
     const QScreen *screen = QGuiApplication::primaryScreen();
     if (!m_strip.isVisible() || !screen)
         return;
     if (m_isHome) {
-        placeAt(screen->geometry().bottomLeft(), screen->geometry());
+        placeAt(screen->geometry().bottomLeft(), *screen);
         return;
     }
-    if (platform::isPointerPressed()) { // it is being dragged
+    if (m_isDragged) {
         m_returnTimer.start();
         return;
     }
-    const QPoint corner = m_strip.geometry().bottomLeft();
-    if (const QScreen *own = QGuiApplication::screenAt(corner))
-        screen = own;
-    placeAt(corner, screen->geometry());
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    const auto own = std::find_if(screens.begin(), screens.end(), [this](const QScreen *candidate) {
+        return candidate->name() == m_ownScreen;
+    });
+    if (own != screens.end()) {
+        placeAt((*own)->geometry().topLeft() + m_ownPlace, **own);
+        return;
+    }
+    if (const QScreen *most = screenOf(partAt(m_strip.geometry())))
+        screen = most;
+    placeAt(m_strip.geometry().bottomLeft(), *screen);
 }
 
-void AppDelegate::placeAt(QPoint bottomLeft, const QRect &area)
+/// What may not leave the screens: the window's empty part may.
+QRect AppDelegate::partAt(const QRect &window) const
 {
+    return {window.topLeft(), m_strip.elementsSize().boundedTo(window.size())};
+}
+
+void AppDelegate::placeAt(QPoint bottomLeft, const QScreen &screen)
+{
+    const QRect area = screen.geometry();
+    const qreal scale = screen.devicePixelRatio();
     const QSize size = m_strip.sizeHint().boundedTo(area.size());
-    const int left = std::clamp(bottomLeft.x(), area.left(), area.right() + 1 - size.width());
-    const int bottom = std::clamp(bottomLeft.y(), area.top() + size.height() - 1, area.bottom());
-    m_corner = QPoint(left, bottom);
-    m_strip.setGeometry(QRect(QPoint(left, bottom + 1 - size.height()), size));
+    QRect window(bottomLeft - QPoint(0, size.height() - 1), size);
+    const QRect part = partAt(window);
+    if (area.contains(part) || !isOnScreensOfScale(part, scale)) {
+        const QPoint end = area.topLeft()
+            + QPoint(lastStart(area.width(), part.width(), scale),
+                     lastStart(area.height(), part.height(), scale));
+        window.moveTopLeft(
+            {std::clamp(window.left(), area.left(), end.x()), std::clamp(window.top(), area.top(), end.y())});
+    }
+    m_corner = window.bottomLeft();
+    m_strip.setGeometry(window);
 }

@@ -171,13 +171,18 @@ int ContentView::tilesLength() const
     return int(m_tiles.size()) * tileSize;
 }
 
-QSize ContentView::sizeHint() const
+QSize ContentView::elementsSize() const
 {
     const int tiles = int(m_config.tileItems().size()) * tileSize;
     const int length =
-        std::max(strip::idealLength,
-                 m_leadingCap->length(m_vertical) + tileSize + tiles + m_trailingCap->length(m_vertical));
+        m_leadingCap->length(m_vertical) + tileSize + tiles + m_trailingCap->length(m_vertical);
     return m_vertical ? QSize(tileSize, length) : QSize(length, tileSize);
+}
+
+QSize ContentView::sizeHint() const
+{
+    const QSize ideal(strip::idealLength, strip::tileSize);
+    return elementsSize().expandedTo(m_vertical ? ideal.transposed() : ideal);
 }
 
 void ContentView::layoutElements()

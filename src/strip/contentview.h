@@ -30,6 +30,8 @@ public:
 
     /// The size that the strip asks of its window: 1024 by 44, or longer when there is more to show.
     QSize sizeHint() const override;
+    /// Without what stays empty; all tiles shown.
+    QSize elementsSize() const;
     /// Shows everything as Config and the theme files are now.
     void redraw();
 
