@@ -147,6 +147,8 @@ void AppDelegate::watchScreens()
 
 void AppDelegate::scheduleReturn()
 {
+    if (m_isDragged) // before the window manager moves the strip
+        endDrag();
     m_returnsLeft = maxReturns;
     m_returnTimer.start();
 }
@@ -166,6 +168,7 @@ void AppDelegate::endDrag()
         m_dragTimer.start();
         return;
     }
+    m_dragTimer.stop();
     m_isDragged = false;
     const QRect window = m_strip.geometry();
     if (const QScreen *screen = screenOf(partAt(window))) {
