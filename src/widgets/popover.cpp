@@ -3,6 +3,7 @@
 
 #include "platform/floatingwindow.h"
 #include "widgets/metrics.h"
+#include "widgets/popoverbackdrop.h"
 
 #include <QApplication>
 #include <QBoxLayout>
@@ -10,7 +11,6 @@
 #include <QPainter>
 #include <QPointer>
 #include <QScreen>
-#include <QWindow>
 
 #include <algorithm>
 #include <cmath>
@@ -71,10 +71,8 @@ void Popover::open(Activation activation)
     place();
     qApp->installEventFilter(this);
     if (platform::mustBypassManager()) {
-        m_backdrop = new QWidget(this, Qt::ToolTip | Qt::FramelessWindowHint);
-        m_backdrop->setAttribute(Qt::WA_TranslucentBackground);
-        m_backdrop->setGeometry(m_anchor.screen()->virtualGeometry());
-        m_backdrop->show();
+        m_backdrop = new PopoverBackdrop(*this, m_anchor.screen()->virtualGeometry());
+        connect(m_backdrop, &PopoverBackdrop::left, this, &Popover::dismiss);
     } else {
         m_pressWatcher.emplace([this] {
             if (!QApplication::widgetAt(QCursor::pos()))
@@ -84,8 +82,8 @@ void Popover::open(Activation activation)
     show();
     if (activation == Activation::TakeFocus) {
         raise();
-        if (m_backdrop) // nobody gives it the focus, so it takes the keys
-            windowHandle()->setKeyboardGrabEnabled(true);
+        if (m_backdrop)
+            m_backdrop->takeKeyboard();
         else
             activateWindow();
         if (m_content->focusProxy())
@@ -133,13 +131,7 @@ bool Popover::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::MouseButtonPress:
         // Panels and the settings window are windows of their own and leave it open.
-        if (widget == m_backdrop || (widget->window() == m_anchor.window() && !isInside(widget)))
-            dismiss();
-        break;
-    case QEvent::Show:
-        // A window of ours that the manager keeps is below the backdrop.
-        if (m_backdrop && (widget->windowType() == Qt::Window || widget->windowType() == Qt::Dialog)
-            && widget != this)
+        if (widget->window() == m_anchor.window() && !isInside(widget))
             dismiss();
         break;
     case QEvent::Move:
@@ -222,7 +214,8 @@ void Popover::place()
 
     const QMargins margins = frameMargins(m_arrowEdge);
     QSize whole = body.grownBy(margins);
-    if (devicePixelRatioF() != std::floor(devicePixelRatioF())) // one that is rounded down cuts the last row
+    const qreal scale = m_anchor.devicePixelRatioF();
+    if (scale != std::floor(scale)) // one that is rounded down cuts the last row
         whole = {(whole.width() + 3) & ~3, (whole.height() + 3) & ~3}; // whole pixels at quarters, too
     const QPoint middle = anchor.center() + QPoint(anchor.width() % 2 ? 0 : 1, anchor.height() % 2 ? 0 : 1);
     QPoint corner;

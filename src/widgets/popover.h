@@ -11,6 +11,8 @@
 
 namespace widgets {
 
+class PopoverBackdrop;
+
 /// A small window that hangs on an anchor with an arrow. A child of the anchor, so it goes with it. It grabs
 /// nothing: typing and input methods work in it, and presses elsewhere reach whom they are meant for.
 class Popover : public QWidget
@@ -58,7 +60,7 @@ private:
     int m_arrowPosition = 0; ///< of the tip along its edge, in the window's points
     QWidget *m_content = nullptr;
     std::optional<platform::PressWatcher> m_pressWatcher; ///< while it is open
-    QWidget *m_backdrop = nullptr; ///< instead, where presses beside our windows stay unknown
+    PopoverBackdrop *m_backdrop = nullptr; ///< instead, where our windows go past the manager
     QImage m_picture; ///< the painted frame at the present size and scale
 };
 
