@@ -91,7 +91,7 @@ QWidget *TilePopover::makeHeader()
     actions->setIconSize({actionSymbolSize, actionSymbolSize});
     actions->setIcon(QPixmap::fromImage(themes::symbolImage(QStringLiteral("ellipsis.circle"),
                                                             palette().color(QPalette::WindowText),
-                                                            actionSymbolSize, devicePixelRatioF())));
+                                                            actionSymbolSize)));
     auto *menu = new QMenu(actions);
     // Filled when it is asked for: building it is not part of the click's way to the popover.
     connect(menu, &QMenu::aboutToShow, this, [this, menu] {
