@@ -137,14 +137,20 @@ void ContentView::syncTiles()
         made.append(tile);
     }
 
+    const auto asksForMenu = [&shown](const QUuid &id) {
+        return std::any_of(shown.begin(), shown.end(),
+                           [&id](const TileItem &item) { return item.id == id && item.tileMenuVisible; });
+    };
     // A popover opened by key takes the focus. One that only follows another has it when that one had.
     QSet<QUuid> openUnfocused;
     QUuid focused;
     for (Tile *tile : std::as_const(left)) {
         if (tile->tileItem().tileMenuVisible && !tile->isPopoverActive())
             openUnfocused.insert(tile->tileItem().id);
-        if (tile->hasFocus())
+        if (tile->hasFocus() || tile->isPopoverActive())
             focused = tile->tileItem().id;
+        if (tile->isPopoverActive() && !asksForMenu(tile->tileItem().id))
+            activateWindow(); // else the window manager may choose another program's
         tile->discard();
     }
     if (!made.isEmpty())
