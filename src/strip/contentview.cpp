@@ -137,9 +137,10 @@ void ContentView::syncTiles()
         made.append(tile);
     }
 
-    const auto asksForMenu = [&shown](const QUuid &id) {
-        return std::any_of(shown.begin(), shown.end(),
-                           [&id](const TileItem &item) { return item.id == id && item.tileMenuVisible; });
+    const auto opensAgain = [&made](const QUuid &id) {
+        return std::any_of(made.begin(), made.end(), [&id](const Tile *tile) {
+            return tile->tileItem().id == id && tile->tileItem().tileMenuVisible;
+        });
     };
     // A popover opened by key takes the focus. One that only follows another has it when that one had.
     QSet<QUuid> openUnfocused;
@@ -149,7 +150,7 @@ void ContentView::syncTiles()
             openUnfocused.insert(tile->tileItem().id);
         if (tile->hasFocus() || tile->isPopoverActive())
             focused = tile->tileItem().id;
-        if (tile->isPopoverActive() && !asksForMenu(tile->tileItem().id))
+        if (tile->isPopoverActive() && !opensAgain(tile->tileItem().id))
             activateWindow(); // else the window manager may choose another program's
         tile->discard();
     }
