@@ -108,21 +108,6 @@ private Q_SLOTS:
         QCOMPARE(namesIn(folder()).size(), 1);
     }
 
-    void lastGoodIsWholeWhenTheSaveFails()
-    {
-        model::saveSettings(*m_config);
-        QCOMPARE(bytesOf(model::lastGoodPath(state())), bytesOf(file()));
-        QVERIFY(QFile::remove(file()));
-        QVERIFY(QDir().mkpath(file()));
-        m_config->setShowsDate(true);
-        StdoutCapture capture;
-        model::saveSettings(*m_config);
-        QCOMPARE(capture.lines().size(), 1);
-        QVERIFY(bytesOf(model::lastGoodPath(state())).contains("\"showsDate\" : true"));
-        QVERIFY(bytesOf(state() + u"/save-before.json"_qs).contains("\"showsDate\" : false"));
-        QCOMPARE(namesIn(state()).size(), 2);
-    }
-
     void failedCopyDoesNotStopTheSave()
     {
         make(state().section(u'/', 0, -2), "a file in the state folder's place");
@@ -139,8 +124,10 @@ private Q_SLOTS:
         // A save was cut short: the file is in pieces, and only the copy of the save is whole. The first run
         // that follows must lose neither.
         m_config->setDirection(u"ttb"_qs);
-        model::saveSettings(*m_config);
+        for (int save = 0; save < 2; ++save)
+            model::saveSettings(*m_config);
         const QByteArray whole = bytesOf(file());
+        QCOMPARE(bytesOf(state() + u"/save-before.json"_qs), whole);
         make(file(), whole.first(100));
         const StdoutCapture silent;
         model::writeDefaultSettings(*m_config);

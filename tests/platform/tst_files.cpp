@@ -134,14 +134,13 @@ private Q_SLOTS:
         QVERIFY(QFile::link(u"missing"_qs, at("dangling")));
         for (const char *name : {"a/b/ƒ c", "c/d//", "folder", "link/a"})
             QVERIFY2(platform::makeFolder(at(name), nullptr) && QFileInfo(at(name)).isDir(), name);
-        const std::pair<const char *, QString> rows[] = {
-            {"file", u"“file” could not be made: Not a directory."_qs},
-            {"file/a/b", u"“b” could not be made: Not a directory."_qs},
-            {"dangling/a", u"“dangling” could not be made: File exists."_qs},
-            {"", u": No such file or directory."_qs}};
-        for (const auto &[name, problem] : rows) {
+        for (const auto &[path, problem] :
+             {std::pair(at("file"), u"“file” could not be made: Not a directory."_qs),
+              std::pair(at("file/a/b"), u"“b” could not be made: Not a directory."_qs),
+              std::pair(at("dangling/a"), u"“dangling” could not be made: File exists."_qs),
+              std::pair(QString(), u": No such file or directory."_qs)}) {
             platform::Error error;
-            QVERIFY2(!platform::makeFolder(*name ? at(name) : QString(), &error), name);
+            QVERIFY2(!platform::makeFolder(path, &error), qPrintable(path));
             QVERIFY2(error.description().endsWith(problem), qPrintable(error.description()));
         }
     }
