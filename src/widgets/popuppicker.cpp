@@ -35,6 +35,8 @@ void PopupPicker::setOptions(const QStringList &texts)
     const QString look = few ? QString() : QStringLiteral("combobox-popup: 0");
     if (styleSheet() != look)
         setStyleSheet(look);
+    if (!few)
+        view()->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded); // menus have none
 
     const QStringList shown = m_texts->stringList();
     if (texts.size() != shown.size()) {
