@@ -87,9 +87,13 @@ public:
 private:
     bool run(QFileDialog &dialog)
     {
+        // Every panel makes its icons anew, and the toolkit would keep what it draws of them, up to 10 MB,
+        // under keys that no later panel asks for.
+        const int cacheLimit = QPixmapCache::cacheLimit();
+        QPixmapCache::setCacheLimit(0);
         const bool accepted = dialog.exec() == QDialog::Accepted;
+        QPixmapCache::setCacheLimit(cacheLimit);
         m_folder = dialog.directory().absolutePath();
-        QPixmapCache::clear(); // each panel leaves pictures there, up to 10 MB, that the next one cannot find
         return accepted;
     }
 
