@@ -120,6 +120,11 @@ private Q_SLOTS:
         put(u"mine/Icons/Default.png"_qs, svg(3));
         QCOMPARE(iconImage(*m_config, u"default"_qs, 1).width(), 1);
         QCOMPARE(iconImage(*m_config, u"Default"_qs, 1).width(), 3);
+        for (const int width : {4, 5}) { // replaced between two redraws
+            const OneLook look;
+            put(u"mine/Icons/Default.png"_qs, svg(width));
+            QCOMPARE(iconImage(*m_config, u"Default"_qs, 1).width(), width);
+        }
     }
 
     void unknownApplicationIconChangesNothing()
