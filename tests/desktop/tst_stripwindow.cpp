@@ -85,10 +85,10 @@ bool World::drag(QPoint from, QPoint by) const
     const QPoint end = following.topLeft() + from + by - pointer;
     follows = follows && waitUntil([&] { return (stripGeometry().topLeft() - end).manhattanLength() < 60; });
     desktop.release();
-    // Each further move of the pointer before the manager held it began a drag of its own after this one. A
-    // click elsewhere goes through the same queue: had the element fired, its window would be there by now.
-    desktop.click({1200, 10});
-    return follows && program->windows().size() == 1;
+    // Each further move of the pointer before the manager held it began a drag of its own after this one.
+    desktop.moveTo({1200, 10});
+    // Had the element fired, a window would be there and stay, or none would be.
+    return follows && waitUntil([&] { return program->windows().size() == 1; });
 }
 
 } // namespace
