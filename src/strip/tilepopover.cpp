@@ -89,9 +89,8 @@ QWidget *TilePopover::makeHeader()
     actions->setFocusPolicy(Qt::StrongFocus);
     actions->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { image: none; }"));
     actions->setIconSize({actionSymbolSize, actionSymbolSize});
-    actions->setIcon(QPixmap::fromImage(themes::symbolImage(QStringLiteral("ellipsis.circle"),
-                                                            palette().color(QPalette::WindowText),
-                                                            actionSymbolSize)));
+    actions->setIcon(QPixmap::fromImage(themes::symbolImage(
+        QStringLiteral("ellipsis.circle"), palette().color(QPalette::WindowText), actionSymbolSize)));
     auto *menu = new QMenu(actions);
     // Filled when it is asked for: building it is not part of the click's way to the popover.
     connect(menu, &QMenu::aboutToShow, this, [this, menu] {
