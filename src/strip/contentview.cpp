@@ -8,6 +8,7 @@
 #include "strip/hometileview.h"
 #include "strip/stripmetrics.h"
 #include "strip/tile.h"
+#include "strip/tilerow.h"
 #include "themes/themestore.h"
 #include "widgets/windowdrag.h"
 
@@ -21,15 +22,13 @@
 
 using platform::localized;
 using strip::tileSize;
-using widgets::Popover;
 
 ContentView::ContentView(Config &config, StripServices &services)
     : m_config(config)
-    , m_services(services)
     , m_vertical(config.isVertical())
     , m_leadingCap(new EndCap(localized("Quit"), this))
     , m_homeTile(new HomeTileView(config, services, this))
-    , m_tileArea(new QWidget(this))
+    , m_tiles(new TileRow(config, services, this))
     , m_trailingCap(new EndCap(localized("Hide or show tiles"), this))
     , m_spring(1)
 {
@@ -47,6 +46,8 @@ ContentView::ContentView(Config &config, StripServices &services)
         connect(cap, &EndCap::focusStepRequested, this, &ContentView::moveFocus);
     }
     connect(m_homeTile, &HomeTileView::focusStepRequested, this, &ContentView::moveFocus);
+    connect(m_tiles, &TileRow::focusStepRequested, this, &ContentView::moveFocus);
+    connect(m_tiles, &TileRow::arrangementNeeded, this, &ContentView::layoutElements);
     connect(&config, &Config::redrawNeeded, this, &ContentView::redraw);
     m_frameTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_frameTimer, &QTimer::timeout, this, &ContentView::advanceSpring);
@@ -61,10 +62,10 @@ void ContentView::setTabsVisible(bool visible)
     m_tabsVisible = visible;
     m_isCompositing = platform::isCompositing(); // once, not at every frame
     if (visible) {
-        discardTiles(); // those still sliding away
-        syncTiles();
+        m_tiles->discardAll(); // those still sliding away
+        m_tiles->sync();
     } else {
-        for (Tile *tile : std::as_const(m_tiles))
+        for (Tile *tile : m_tiles->tiles())
             tile->closePopover();
     }
     m_spring.start(visible ? 1 : 0, now());
@@ -78,7 +79,7 @@ void ContentView::advanceSpring()
     if (m_spring.isSettled(now())) {
         m_frameTimer.stop();
         if (!m_tabsVisible)
-            discardTiles();
+            m_tiles->discardAll();
     }
     layoutElements();
 }
@@ -94,7 +95,7 @@ void ContentView::redraw()
     m_isCompositing = platform::isCompositing();
     if (m_vertical != m_config.isVertical()) {
         m_vertical = m_config.isVertical();
-        discardTiles();
+        m_tiles->discardAll();
         m_homeTile->closeMenu();
     }
     m_leadingCap->setLook(
@@ -104,78 +105,15 @@ void ContentView::redraw()
         {m_vertical ? themes::tabTrailingVerticalImage(m_config) : themes::tabTrailingImage(m_config),
          themes::minimizeImage(m_config), QImage()});
     m_homeTile->refresh();
-    for (Tile *tile : std::as_const(m_tiles))
+    for (Tile *tile : m_tiles->tiles())
         tile->refresh();
     if (m_tabsVisible)
-        syncTiles();
+        m_tiles->sync();
     layoutElements();
     if (m_announcedSize != sizeHint()) {
         m_announcedSize = sizeHint();
         Q_EMIT idealSizeChanged();
     }
-}
-
-/// A view stays while an equal item is in the list, wherever it has moved; every other item gets a new one.
-void ContentView::syncTiles()
-{
-    QList<Tile *> left = m_tiles;
-    QList<Tile *> made;
-    m_tiles.clear();
-    const QList<TileItem> items = m_config.tileItems(); // shared
-    for (qsizetype i = 0; i < std::min<qsizetype>(items.size(), strip::mostTileViews); ++i) {
-        const TileItem &item = items.at(i);
-        const auto kept = std::find_if(left.begin(), left.end(),
-                                       [&item](const Tile *tile) { return tile->tileItem() == item; });
-        if (kept != left.end()) {
-            m_tiles.append(*kept);
-            left.erase(kept);
-            continue;
-        }
-        auto *tile = new Tile(m_config, item, m_services, m_tileArea);
-        connect(tile, &Tile::focusStepRequested, this, &ContentView::moveFocus);
-        m_tiles.append(tile);
-        made.append(tile);
-    }
-
-    const auto opensAgain = [&made](const QUuid &id) {
-        return std::any_of(made.begin(), made.end(), [&id](const Tile *tile) {
-            return tile->tileItem().id == id && tile->tileItem().tileMenuVisible;
-        });
-    };
-    // A popover opened by key takes the focus. One that only follows another has it when that one had.
-    QSet<QUuid> openUnfocused;
-    QUuid focused;
-    for (Tile *tile : std::as_const(left)) {
-        if (tile->tileItem().tileMenuVisible && !tile->isPopoverActive())
-            openUnfocused.insert(tile->tileItem().id);
-        if (tile->hasFocus() || tile->isPopoverActive())
-            focused = tile->tileItem().id;
-        if (tile->isPopoverActive() && !opensAgain(tile->tileItem().id))
-            activateWindow(); // else the window manager may choose another program's
-        tile->discard();
-    }
-    if (!made.isEmpty())
-        layoutElements();
-    for (Tile *tile : std::as_const(made)) {
-        tile->show();
-        if (tile->tileItem().id == focused)
-            tile->setFocus();
-        if (isVisible())
-            tile->openIfAsked(openUnfocused.contains(tile->tileItem().id) ? Popover::Activation::LeaveFocus
-                                                                          : Popover::Activation::TakeFocus);
-    }
-}
-
-void ContentView::discardTiles()
-{
-    for (Tile *tile : std::as_const(m_tiles))
-        tile->discard();
-    m_tiles.clear();
-}
-
-int ContentView::tilesLength() const
-{
-    return int(m_tiles.size()) * tileSize;
 }
 
 QSize ContentView::elementsSize() const
@@ -204,15 +142,10 @@ void ContentView::layoutElements()
     place(m_leadingCap, m_leadingCap->length(m_vertical));
     place(m_homeTile, tileSize);
     const int room = (m_vertical ? height() : width()) - at - m_trailingCap->length(m_vertical);
-    const int shown = std::clamp(qRound(m_spring.position(now()) * tilesLength()), 0, std::max(0, room));
-    place(m_tileArea, shown);
+    const int shown = std::clamp(qRound(m_spring.position(now()) * m_tiles->length()), 0, std::max(0, room));
+    place(m_tiles, shown);
     place(m_trailingCap, m_trailingCap->length(m_vertical));
-    m_scroll = std::clamp(m_scroll, 0, std::max(0, tilesLength() - std::max(0, room)));
-    int along = -m_scroll;
-    for (Tile *tile : std::as_const(m_tiles)) {
-        tile->move(m_vertical ? QPoint(0, along) : QPoint(along, 0));
-        along += tileSize;
-    }
+    m_tiles->arrange(m_vertical, room);
     updateShape();
 }
 
@@ -228,9 +161,9 @@ void ContentView::updateShape()
           static_cast<widgets::ImageButton *>(m_trailingCap)})
         shape += shapeOf(button).translated(button->pos());
     QRegion tiles;
-    for (const Tile *tile : std::as_const(m_tiles))
+    for (const Tile *tile : m_tiles->tiles())
         tiles += shapeOf(tile).translated(tile->pos());
-    shape += tiles.intersected(m_tileArea->rect()).translated(m_tileArea->pos());
+    shape += tiles.intersected(m_tiles->rect()).translated(m_tiles->pos());
     if (shape == mask())
         return;
     setMask(shape);
@@ -240,36 +173,21 @@ void ContentView::updateShape()
 void ContentView::moveFocus(int step)
 {
     QList<QWidget *> order = {m_leadingCap, m_homeTile};
-    for (Tile *tile : std::as_const(m_tiles))
+    for (Tile *tile : m_tiles->tiles())
         order.append(tile);
     order.append(m_trailingCap);
     const qsizetype index = order.indexOf(focusWidget());
     const qsizetype next = std::clamp<qsizetype>(index + step, 0, order.size() - 1);
     order.at(next)->setFocus(Qt::TabFocusReason);
-
-    const QRect tile = order.at(next)->geometry();
-    if (order.at(next)->parentWidget() == m_tileArea) {
-        const int start = m_vertical ? tile.top() : tile.left();
-        const int beyond = start + tileSize - (m_vertical ? m_tileArea->height() : m_tileArea->width());
-        if (start < 0)
-            scrollTo(m_scroll + start);
-        else if (beyond > 0)
-            scrollTo(m_scroll + beyond);
-    }
-}
-
-/// Where the screen is too short for all tiles, those between the home tile and the far cap move.
-void ContentView::scrollTo(int position)
-{
-    m_scroll = position;
-    layoutElements();
+    if (const auto *tile = qobject_cast<Tile *>(order.at(next)))
+        m_tiles->scrollTo(*tile);
 }
 
 void ContentView::wheelEvent(QWheelEvent *event)
 {
     const QPoint turn = event->angleDelta();
     constexpr int notch = 120; // of the toolkit's units, for one tile
-    scrollTo(m_scroll - (turn.y() ? turn.y() : turn.x()) * tileSize / notch);
+    m_tiles->scrollBy(-(turn.y() ? turn.y() : turn.x()) * tileSize / notch);
 }
 
 void ContentView::closeEvent(QCloseEvent *)
@@ -287,8 +205,7 @@ void ContentView::showEvent(QShowEvent *event)
     if (event->spontaneous())
         return;
     redraw();
-    for (Tile *tile : std::as_const(m_tiles))
-        tile->openIfAsked(Popover::Activation::LeaveFocus);
+    m_tiles->openThoseThatAsk();
 }
 
 bool ContentView::event(QEvent *event)

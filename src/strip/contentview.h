@@ -12,7 +12,7 @@
 class Config;
 class EndCap;
 class HomeTileView;
-class Tile;
+class TileRow;
 struct StripServices;
 
 /// The strip: its elements packed along one axis from the leading (or top) edge of the window. What the
@@ -57,27 +57,20 @@ protected:
     bool event(QEvent *event) override;
 
 private:
-    void syncTiles();
-    void discardTiles();
     void layoutElements();
     void updateShape();
     void advanceSpring();
     void moveFocus(int step);
-    void scrollTo(int position);
     double now() const;
-    int tilesLength() const;
 
     Config &m_config;
-    StripServices &m_services;
     bool m_vertical;
     bool m_tabsVisible = true;
     bool m_isCompositing = false; ///< at the last redraw
     EndCap *m_leadingCap;
     HomeTileView *m_homeTile;
-    QWidget *m_tileArea; ///< clips the tiles while they come and go
+    TileRow *m_tiles;
     EndCap *m_trailingCap;
-    QList<Tile *> m_tiles; ///< in strip order; empty while hidden
-    int m_scroll = 0; ///< points of the tiles before the tile area, where the window is too short for all
     QSize m_announcedSize;
     widgets::Spring m_spring; ///< shown length of the tiles as a share of their whole length
     QTimer m_frameTimer; ///< runs only while the spring does
