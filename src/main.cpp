@@ -6,6 +6,24 @@
 
 #include <QByteArray>
 
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+/// What the toolkit says while it looks for the display. Without one it would end by a signal.
+void handleMessage(QtMsgType type, const QMessageLogContext &, const QString &text)
+{
+    if (type == QtFatalMsg) {
+        std::fputs("pondwicket: There is no X display to show the strip on.\n", stderr);
+        std::_Exit(EXIT_FAILURE);
+    }
+    if (type != QtInfoMsg && !text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
+        std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
+}
+
+} // namespace
+
 int main(int argc, char **argv)
 {
     // A client of a Wayland compositor can neither place itself nor float: its X server can do both for us.
@@ -13,7 +31,9 @@ int main(int argc, char **argv)
         && qEnvironmentVariableIsSet("DISPLAY"))
         platform::setOwnVariable("QT_QPA_PLATFORM", "xcb");
     platform::hideGtkDesktop();
+    qInstallMessageHandler(handleMessage);
     ctrlApp app(argc, argv);
+    qInstallMessageHandler(nullptr);
     platform::unhideGtkDesktop();
     const int status = app.run();
     platform::endProcess(status);

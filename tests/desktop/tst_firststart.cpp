@@ -66,6 +66,15 @@ private Q_SLOTS:
         QCOMPARE(namesIn(folder + u"/Themes"_qs).size(), 7);
     }
 
+    /// The toolkit ended by a signal.
+    void saysThatThereIsNoDisplay()
+    {
+        Desktop desktop;
+        Program strip(desktop, u"env"_qs, {u"-u"_qs, u"DISPLAY"_qs, QStringLiteral(PW_PROGRAM)});
+        QCOMPARE(strip.waitForExit(), 1);
+        QVERIFY(strip.errors().endsWith(u"There is no X display to show the strip on.\n"));
+    }
+
     /// As docs/FILES.md tells, before and after a start has put the sample tiles in place.
     void aDamagedFileIsRestoredByHand()
     {
