@@ -191,7 +191,8 @@ void LinkTable::keyPressEvent(QKeyEvent *event)
             break;
         }
     }
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isReturn && state() != EditingState) { // the field passes on the one that ends it
         enter(currentIndex());
         return;
     }
@@ -215,6 +216,13 @@ void LinkTable::mousePressEvent(QMouseEvent *event)
     m_pressedPosition =
         m_pressedField->cursorPositionAt(m_pressedField->mapFrom(viewport(), event->position().toPoint()));
     m_pressedField->setCursorPosition(m_pressedPosition);
+}
+
+/// On a trash the second press would meet the link that has just moved up.
+void LinkTable::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (indexAt(event->position().toPoint()).column() != LinkTableModel::RemoveColumn)
+        QTableView::mouseDoubleClickEvent(event);
 }
 
 void LinkTable::mouseMoveEvent(QMouseEvent *event)

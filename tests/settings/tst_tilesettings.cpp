@@ -188,6 +188,20 @@ private Q_SLOTS:
         QTRY_VERIFY(!QFile::exists(file));
     }
 
+    /// The second press of a double click removed the link that had moved up.
+    void oneLinkGoesAtATime()
+    {
+        SettingsFixture fixture(1);
+        fixture.setLinks({u"https://a"_qs, u"https://b"_qs});
+        QWidget *viewport = table(fixture).viewport();
+        const QPoint trash = table(fixture).visualRect(cell(fixture, 0, Links::RemoveColumn)).center();
+        clickCell(fixture, 0, Links::RemoveColumn);
+        QCOMPARE(fixture.saves(), 1);
+        QTest::mouseDClick(viewport, Qt::LeftButton, {}, trash);
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, trash);
+        QCOMPARE(fixture.tile().tileMenuItems.size(), 1);
+    }
+
     void rowUnderAnEditorStays()
     {
         SettingsFixture fixture(1);
