@@ -63,8 +63,12 @@ void LinkDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
         const QRect text = option.rect.adjusted(textMargin, 0, -textMargin, 0);
         painter->setFont(option.font);
         painter->setPen(textColor(option.palette, index));
+        painter->setLayoutDirection(
+            index.column() == LinkTableModel::AddressColumn ? Qt::LeftToRight : Qt::LayoutDirectionAuto);
         painter->drawText(
-            text, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine,
+            text,
+            QStyle::visualAlignment(option.direction, Qt::AlignLeading | Qt::AlignVCenter)
+                | Qt::TextSingleLine,
             option.fontMetrics.elidedText(index.data().toString(), Qt::ElideRight, text.width()));
     }
     }
@@ -80,6 +84,8 @@ QWidget *LinkDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem 
     field->setObjectName(QStringLiteral("CellField"));
     // The field's own text starts 2 points further in.
     field->setTextMargins(textMargin - 2, 0, textMargin - 2, 0);
+    if (index.column() == LinkTableModel::AddressColumn)
+        field->setLayoutDirection(Qt::LeftToRight);
     field->setAccessibleName(
         index.model()->headerData(index.column(), Qt::Horizontal, Qt::AccessibleTextRole).toString());
     connect(field, &QLineEdit::textEdited, this,

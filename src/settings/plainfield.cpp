@@ -3,11 +3,15 @@
 
 #include "widgets/focusring.h"
 
+#include <QStyle>
+
 PlainField::PlainField(QWidget *parent)
     : QLineEdit(parent)
 {
     setFrame(false);
     setAcceptDrops(false);
+    // On the window's side, whatever the direction of the text.
+    setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading));
 }
 
 void PlainField::paintEvent(QPaintEvent *event)
