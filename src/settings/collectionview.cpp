@@ -83,6 +83,7 @@ bool CollectionView::eventFilter(QObject *watched, QEvent *event)
     default:
         return QScrollArea::eventFilter(watched, event);
     }
+    window()->setAttribute(Qt::WA_KeyboardFocusChange);
     if (index + step >= 0 && index + step < m_buttons.size())
         m_buttons.at(index + step)->setFocus(Qt::OtherFocusReason);
     return true;
