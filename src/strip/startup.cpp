@@ -40,6 +40,7 @@ void loadOrCreateSettings(Config &config)
         return;
     }
     model::writeDefaultSettings(config);
+    themes::applyAppIcon(config);
     themes::installBuiltInThemes(config);
     model::ensureTilesFolder(config);
     if (config.tileItems().isEmpty()) {
