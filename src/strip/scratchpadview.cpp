@@ -35,6 +35,15 @@ QString lineEndOf(const QString &text)
     return at < 0 && text.contains(QLatin1Char('\r')) ? QStringLiteral("\r") : QStringLiteral("\n");
 }
 
+/// Copies what nobody has seen to a name of its own.
+bool keepOther(const QString &path, platform::Error *error)
+{
+    QString copy = path + QLatin1Char('~');
+    while (platform::itemExists(copy))
+        copy += QLatin1Char('~');
+    return platform::copyFile(path, copy, error);
+}
+
 } // namespace
 
 ScratchpadView::ScratchpadView(Config &config, const QUuid &tileId, QWidget *parent)
@@ -89,6 +98,7 @@ void ScratchpadView::load()
     const QString path = notesPath();
     if (path.isEmpty())
         return;
+    m_isOther = false;
     platform::Error error;
     if (!platform::itemExists(path)) {
         // Only the file: the pad stays empty this time and shows the word the next.
@@ -98,6 +108,7 @@ void ScratchpadView::load()
     }
     const std::optional<QByteArray> bytes = platform::readWholeFile(path, &error);
     const std::optional<QString> text = bytes ? platform::decodeUtf8(*bytes, &error) : std::nullopt;
+    m_isOther = !text;
     if (!text) {
         platform::report(error.description());
         return;
@@ -130,6 +141,11 @@ void ScratchpadView::save()
     if (path.isEmpty())
         return;
     platform::Error error;
+    if (m_isOther && !keepOther(path, &error)) {
+        platform::report(error.description());
+        return;
+    }
+    m_isOther = false;
     if (!platform::writeAtomically(path, m_text.toUtf8(), &error))
         platform::report(error.description());
 }

@@ -31,6 +31,7 @@ private:
     QUuid m_tileId;
     QPlainTextEdit *m_editor;
     QString m_text; ///< the notes as they are or will be in the file
+    bool m_isOther = false; ///< what stands in the file could not be read
     QString m_mark; ///< the byte-order mark of a file that began with one
     QString m_lineEnd = QStringLiteral("\n"); ///< the file's own
 };

@@ -52,10 +52,13 @@ private Q_SLOTS:
         QCOMPARE(show()->toPlainText(), QString());
         QCOMPARE(output.lines().size(), 1);
         QCOMPARE(notes(), "\xFF\xFE");
+        QTest::keyClicks(show(), u"a"_qs); // replaced what nobody had seen
+        QCOMPARE(notes(), "a");
+        QCOMPARE(support::bytesOf(path() + u'~'), "\xFF\xFE");
         QVERIFY(QDir(m_world->folder.filePath(u"tile-a"_qs)).removeRecursively());
         QPlainTextEdit *editor = show();
         QTest::keyClicks(editor, u"hi"_qs);
-        QCOMPARE(output.lines().size(), 3); // the showing and each letter
+        QCOMPARE(output.lines().size(), 4); // the showings and each letter
         QCOMPARE(editor->toPlainText(), u"hi"_qs);
     }
 
