@@ -13,6 +13,12 @@ namespace platform {
 std::optional<QString> documentsFolder(Error *error)
 {
     const QString path = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (QDir::cleanPath(path)
+        == QLatin1String("/Documents")) { // the toolkit's, where there is no home folder
+        if (error)
+            *error = Error::fromErrno(QStringLiteral("There is no home folder"), ENOENT, path);
+        return std::nullopt;
+    }
     if (!QDir::isAbsolutePath(path)) {
         if (error)
             *error = Error::fromErrno(

@@ -33,6 +33,8 @@ private Q_SLOTS:
             QCOMPARE(QDir::cleanPath(*found), home.path() + folder);
             QVERIFY2(!found->endsWith(u'/') && QDir(*found).exists(), list.constData());
         }
+        qunsetenv("HOME");
+        QVERIFY(!platform::documentsFolder(nullptr)); // the toolkit would begin at the root
     }
 };
 
