@@ -6,12 +6,15 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QPixmapCache>
+#include <QSplitter>
 #include <QStandardPaths>
 #include <QUrl>
 
 namespace platform {
 
 namespace {
+
+constexpr int sidebarWidth = 150; // points; the toolkit cuts names of nine letters off
 
 /// The desktops' own panels take either a file or a folder, never both; so does the toolkit's, whose button
 /// goes into a selected folder. Here it takes it. A double click still goes in, and so does a typed path with
@@ -65,6 +68,8 @@ void prepare(QFileDialog &dialog, const QString &title)
     dialog.setWindowTitle(title);
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setSidebarUrls(sidebarPlaces());
+    if (auto *columns = dialog.findChild<QSplitter *>())
+        columns->setSizes({sidebarWidth, dialog.width() - sidebarWidth});
 }
 
 class DialogPanel : public FilePanel
