@@ -141,7 +141,7 @@ void ScratchpadView::save()
     if (path.isEmpty())
         return;
     platform::Error error;
-    if (m_isOther && !keepOther(path, &error)) {
+    if (m_isOther && platform::itemExists(path) && !keepOther(path, &error)) {
         platform::report(error.description());
         return;
     }

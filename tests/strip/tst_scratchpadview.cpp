@@ -55,10 +55,15 @@ private Q_SLOTS:
         QTest::keyClicks(show(), u"a"_qs); // replaced what nobody had seen
         QCOMPARE(notes(), "a");
         QCOMPARE(support::bytesOf(path() + u'~'), "\xFF\xFE");
+        support::make(path(), "\xFF");
+        QPlainTextEdit *other = show();
+        QVERIFY(QFile::remove(path()));
+        QTest::keyClicks(other, u"b"_qs); // nothing left to keep
+        QCOMPARE(notes(), "b");
         QVERIFY(QDir(m_world->folder.filePath(u"tile-a"_qs)).removeRecursively());
         QPlainTextEdit *editor = show();
         QTest::keyClicks(editor, u"hi"_qs);
-        QCOMPARE(output.lines().size(), 4); // the showings and each letter
+        QCOMPARE(output.lines().size(), 5); // the showings and each letter
         QCOMPARE(editor->toPlainText(), u"hi"_qs);
     }
 
