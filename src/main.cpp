@@ -11,15 +11,17 @@
 
 namespace {
 
+QtMessageHandler toolkitHandler;
+
 /// What the toolkit says while it looks for the display. Without one it would end by a signal.
-void handleMessage(QtMsgType type, const QMessageLogContext &, const QString &text)
+void handleMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     if (type == QtFatalMsg) {
         std::fputs("pondwicket: There is no X display to show the strip on.\n", stderr);
         std::_Exit(EXIT_FAILURE);
     }
-    if (type != QtInfoMsg && !text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
-        std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
+    if (!text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set")))
+        toolkitHandler(type, context, text);
 }
 
 } // namespace
@@ -31,7 +33,7 @@ int main(int argc, char **argv)
         && qEnvironmentVariableIsSet("DISPLAY"))
         platform::setOwnVariable("QT_QPA_PLATFORM", "xcb");
     platform::hideGtkDesktop();
-    qInstallMessageHandler(handleMessage);
+    toolkitHandler = qInstallMessageHandler(handleMessage);
     ctrlApp app(argc, argv);
     qInstallMessageHandler(nullptr);
     platform::unhideGtkDesktop();
