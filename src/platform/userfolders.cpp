@@ -13,8 +13,8 @@ namespace platform {
 std::optional<QString> documentsFolder(Error *error)
 {
     const QString path = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    if (QDir::cleanPath(path)
-        == QLatin1String("/Documents")) { // the toolkit's, where there is no home folder
+    // The toolkit takes the root for the home folder where there is none.
+    if (QDir::cleanPath(path) == QLatin1String("/Documents")) {
         if (error)
             *error = Error::fromErrno(QStringLiteral("There is no home folder"), ENOENT, path);
         return std::nullopt;

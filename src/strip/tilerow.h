@@ -9,8 +9,8 @@ class Config;
 class Tile;
 struct StripServices;
 
-/// The tiles of the strip in their order. Its window's part of the strip may be shorter than they are, while
-/// they come and go or where the screen ends; then it shows some of them.
+/// The tiles of the strip in their order. The row is shorter than they are together while they come and go,
+/// and where the screen ends; then it shows some of them.
 class TileRow : public QWidget
 {
     Q_OBJECT
